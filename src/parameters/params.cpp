@@ -1,0 +1,24 @@
+// The module's entry point: CreateFunction answers the creation functions of
+// the nine classes by their exact, case-sensitive names.
+#include "runtime/class_table.h"
+
+namespace {
+
+// In the order in which names are compared.
+const ClassTableEntry kClasses[] = {
+    CLASS_TABLE_ENTRY(L"ConditionalExpression", nullptr),
+    CLASS_TABLE_ENTRY(L"Expression", nullptr),
+    CLASS_TABLE_ENTRY(L"ExpressionBuilder", nullptr),
+    CLASS_TABLE_ENTRY(L"InputParameter", nullptr),
+    CLASS_TABLE_ENTRY(L"InputParameters", nullptr),
+    CLASS_TABLE_ENTRY(L"ParametersCreatable", nullptr),
+    CLASS_TABLE_ENTRY(L"ParametersCreator", nullptr),
+    CLASS_TABLE_ENTRY(L"TextParser", nullptr),
+    CLASS_TABLE_ENTRY(L"ParamCollection", nullptr),
+};
+
+}  // namespace
+
+extern "C" MODULE_EXPORT int32_t CreateFunction(tagREFString className, void** creationFunction) {
+  return LookupClass(kClasses, className, creationFunction);
+}
