@@ -64,9 +64,10 @@ NumberKind PlainNumberKind(tagREFString text) {
 }
 
 // The smallest count of decimals (0 to 8) that shows the value within 1e-8, else 9.
-// Only the fraction below the last shown digit is looked at, so a value just
-// under a round number (0.29 is 0.28999...) gets all nine decimals: intended,
-// it is how numbers have always been written to files.
+// Only the fraction is looked at, not its distance to the next integer, so a
+// value whose scaled product falls just under a whole number gets more
+// decimals than it needs (0.29 prints as "0.290"): intended, it is how numbers
+// have always been written to files.
 int AutomaticDecimals(double value) {
   static constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
   const double magnitude = std::fabs(value);
