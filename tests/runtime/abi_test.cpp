@@ -49,7 +49,7 @@ const char* const kModules[] = {"Parameters", "Collections", "CollectionsEx"};
 
 std::string ModulePath(const std::string& module) { return "./_binlinux/" + module + ".so"; }
 
-// The ELF header, section headers and dynamic symbols of one module file.
+// The ELF header of one module file and the symbols it exports.
 struct ElfImage {
   ElfW(Ehdr) header{};
   std::vector<std::string> exported;  // defined, global or weak, visible from outside; sorted
