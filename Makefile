@@ -1,5 +1,6 @@
 # Entry points: `make run` (the main job on the shipped examples) and `make test`.
 BUILD ?= build
+ARMHF_BUILD ?= build-armhf
 GENERATOR := -G Ninja
 CMAKE_FLAGS ?=
 
@@ -21,6 +22,13 @@ run: build
 
 test: build
 	@cd $(BUILD) && ctest --output-on-failure -j2
+
+# Cross-build for 32-bit ARM hard-float; CTest runs every test program under qemu-user.
+armhf:
+	@scripts/bootstrap armhf
+	@cmake -S . -B $(ARMHF_BUILD) $(GENERATOR) -DCMAKE_TOOLCHAIN_FILE=$(CURDIR)/cmake/armhf.cmake $(CMAKE_FLAGS) >/dev/null
+	@cmake --build $(ARMHF_BUILD)
+	@cd $(ARMHF_BUILD) && ctest --output-on-failure -j2
 
 clean:
 	rm -rf $(BUILD) build-*

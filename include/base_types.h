@@ -6,8 +6,10 @@
 // throughout to keep one ABI on every platform.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cwchar>
+#include <type_traits>
 
 // Result code of every interface operation (negative = failure).
 typedef int32_t HRESULT;
@@ -46,3 +48,11 @@ typedef HRESULT (*CreationFunction)(void* outer, IID* iid, void** object);
 static_assert(sizeof(IID) == 16, "an IID is 16 bytes");
 static_assert(sizeof(int32_t) == 4, "interface integers are 32 bits");
 static_assert(sizeof(wchar_t) == 4, "wide characters are UTF-32");
+static_assert(alignof(IID) == 1, "an IID is a plain byte array, passed and stored unaligned");
+static_assert(std::is_same_v<HRESULT, int32_t>, "result codes are 32-bit signed on every platform");
+// tagREFString is passed by value: its layout is the calling convention.
+static_assert(offsetof(tagREFString, length) == 0, "the length comes first");
+static_assert(offsetof(tagREFString, text) == sizeof(void*), "the text pointer follows the length");
+static_assert(sizeof(tagREFString) == 2 * sizeof(void*), "8 bytes on 32-bit ARM, 16 on 64-bit hosts");
+// An interface pointer is exactly one table pointer; interfaces carry no data.
+static_assert(sizeof(IUnknown) == sizeof(void*), "interfaces hold only their function table");

@@ -14,6 +14,13 @@ struct PARAMETEROBJECT {
   IUnknown* Descriptor;
   int32_t Flags;
 };
+// Hosts allocate and read these records: three pointers, then the 32-bit flags
+// (16 bytes on 32-bit ARM; 32 with tail padding on 64-bit hosts).
+static_assert(offsetof(PARAMETEROBJECT, Name) == 0);
+static_assert(offsetof(PARAMETEROBJECT, Value) == sizeof(void*));
+static_assert(offsetof(PARAMETEROBJECT, Descriptor) == 2 * sizeof(void*));
+static_assert(offsetof(PARAMETEROBJECT, Flags) == 3 * sizeof(void*));
+static_assert(sizeof(PARAMETEROBJECT) == 4 * sizeof(void*));
 
 // Loader and writer flags passed with a stream.
 constexpr int32_t kLoadReplace = 0x1000000;  // empty the set before loading
