@@ -23,6 +23,9 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # Never pick up the host's x86-64 libraries or package files by accident.
 set(CMAKE_IGNORE_PATH /usr/lib/x86_64-linux-gnu /lib/x86_64-linux-gnu /usr/lib/x86_64-linux-gnu/cmake)
 
-# CTest and gtest_discover_tests run every target program through the emulator;
-# -L makes the armhf dynamic loader and C library resolve from the cross root.
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm;-L;/usr/${PARAMS_ARMHF_TRIPLET})
+# CTest and gtest_discover_tests run every target program through the emulator.
+# The programs run against the multiarch armhf runtime (libc6:armhf, installed with
+# the armhf libraries at /lib/arm-linux-gnueabihf), not the cross root
+# /usr/arm-linux-gnueabihf: that root's C library is an older build than the
+# multiarch libstdc++ and GoogleTest expect, and starting a thread crashes with it.
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm)
