@@ -143,6 +143,9 @@ TEST_F(FileArchiveIOTest, TextIsSavedAsUtf16WithAMark) {
   EXPECT_EQ(ReadBytes("raw.bin"), std::string(reinterpret_cast<const char*>(bytes), 5));
   EXPECT_EQ(FileArchiveSave(Ref(PathOf("none.bin")), bytes, 0, 0, 0), E_FAIL) << "nothing written";
   EXPECT_EQ(FileArchiveSave(Ref(PathOf("null.bin")), nullptr, 4, 0, 0), E_POINTER);
+  EXPECT_FALSE(fs::exists(m_Folder / "null.bin"));
+  ASSERT_EQ(FileArchiveSave(Ref(PathOf("empty.xml")), bytes, 0, 1, 0), S_OK) << "the mark counts as written";
+  EXPECT_EQ(ReadBytes("empty.xml"), "\xFF\xFE");
 
   // What is saved as text loads back, less nothing: the mark is the dropped unit.
   const std::wstring xml = L"<a>\u00FC</a>";
