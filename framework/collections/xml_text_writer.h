@@ -1,0 +1,47 @@
+// The written side of an XML stream: builds the document text directly, so
+// raw text (the prolog) stays exactly where it was written.
+//
+// Layout: every element starts on its own line, indented by two blanks per
+// level, and an element holding elements closes on its own line; lean output
+// writes neither line breaks nor indentation. Character data is escaped: "&",
+// "<" and ">" as entities, carriage returns and other control characters
+// (but tab and line feed) as character references, characters above U+FFFF
+// as character references (so the text survives 16-bit files). Zero
+// characters are left out and characters that are not Unicode scalar values
+// become U+FFFD.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base_types.h"
+
+class XMLTextWriter {
+ public:
+  const std::wstring& Text() const { return m_Text; }
+  void SetLean(bool lean) { m_Lean = lean; }
+
+  // Replaces the whole text; no element is open afterwards.
+  void Assign(const wchar_t* text, size_t length);
+  void AppendRaw(const wchar_t* text, size_t length);
+  void Begin(tagREFString name);
+  void TextElement(tagREFString name, tagREFString text);
+  // Closes the innermost open element; false when none is open.
+  bool End();
+
+ private:
+  struct OpenElement {
+    std::wstring tag;
+    bool holdsElements;
+  };
+
+  // Starts a new line at the current depth (unless lean) and writes "<tag>".
+  void StartTag(const std::wstring& tag);
+  void EndTag(const std::wstring& tag);
+  void Indent(size_t depth);
+  void AppendEscaped(tagREFString text);
+
+  std::wstring m_Text;
+  std::vector<OpenElement> m_Open;
+  bool m_Lean = false;
+};

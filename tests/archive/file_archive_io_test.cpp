@@ -1,0 +1,195 @@
+// FileArchiveLoad and FileArchiveSave: encodings on disk, the file name
+// conversion and the failures.
+#include "archive/file_archive_io.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+tagREFString Ref(const std::wstring& text) { return {static_cast<int32_t>(text.size()), text.c_str()}; }
+
+class FileArchiveIOTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    m_Folder = fs::temp_directory_path() / ("file_archive_io_" + std::to_string(getpid()));
+    fs::create_directories(m_Folder);
+  }
+  void TearDown() override { fs::remove_all(m_Folder); }
+
+  std::wstring PathOf(const std::string& file) const { return (m_Folder / file).wstring(); }
+
+  void WriteBytes(const std::string& file, const std::string& bytes) const {
+    std::ofstream(m_Folder / file, std::ios::binary) << bytes;
+  }
+  std::string ReadBytes(const std::string& file) const {
+    std::ifstream in(m_Folder / file, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  }
+
+  struct Loaded {
+    HRESULT result;
+    std::wstring text;  // `length` characters as handed out
+  };
+  Loaded LoadText(const std::string& bytes, int16_t textMode) const {
+    WriteBytes("in.txt", bytes);
+    void* data = nullptr;
+    unsigned int length = 0;
+    Loaded loaded{FileArchiveLoad(Ref(PathOf("in.txt")), &data, &length, textMode, 0), L""};
+    if (data) loaded.text.assign(static_cast<const wchar_t*>(data), length);
+    FileArchiveFree(data);
+    return loaded;
+  }
+
+  fs::path m_Folder;
+};
+
+TEST_F(FileArchiveIOTest, TextEncodingsAreDetected) {
+  struct Case {
+    const char* what;
+    std::string bytes;
+    int16_t textMode;
+    HRESULT result;
+    std::wstring text;
+  };
+  const std::string smile = "\xF0\x9F\x98\x80";
+  const Case cases[] = {
+      // UTF-16: the first unit always goes, the length stays count / 2.
+      {"UTF-16 with a mark", std::string("\xFF\xFE" "a\0b\0", 6), 1, S_OK, std::wstring(L"ab\0", 3)},
+      {"UTF-16 without a mark loses its first unit", std::string("a\0b\0c\0", 6), 1, S_OK, std::wstring(L"bc\0", 3)},
+      {"a zero unit ends the text", std::string("\xFF\xFE" "a\0\0\0b\0", 8), 1, S_OK, std::wstring(L"a\0\0\0", 4)},
+      {"a mark pair anywhere in the first 8 bytes", std::string("xy\xFE\xFF" "ab", 6), 2, S_OK,
+       std::wstring(L"\xFFFE\x6261\0", 3)},
+      {"a mark pair after the first 8 bytes does not count", "abcdefgh\xFF\xFE", 2, S_OK,
+       L"abcdefgh\u00FF\u00FE"},
+      {"UTF-8", "a\xC3\xA9", 1, S_FALSE, L"a\u00E9"},
+      {"strict UTF-8", "a\xC3\xA9" + smile + "b", 2, S_FALSE, L"a\u00E9\U0001F600b"},
+      {"a four-byte character at the very end is 8-bit text when strict", "a" + smile, 2, S_OK,
+       L"a\u00F0\u009F\u0098\u0080"},
+      {"the same file read leniently", "a" + smile, 1, S_FALSE, L"a\U0001F600"},
+      {"Latin-1 is 8-bit text when strict", "caf\xE9!", 2, S_OK, L"caf\u00E9!"},
+      {"an overlong sequence is not strict UTF-8", "\xC0\x80x", 2, S_OK, L"\u00C0\u0080x"},
+      {"a surrogate is not strict UTF-8", "\xED\xA0\x80x", 2, S_OK, L"\u00ED\u00A0\u0080x"},
+      {"a lone continuation byte gives its low six bits", "a\x85", 1, S_FALSE, L"a\x05"},
+      {"a zero byte ends UTF-8 text", std::string("ab\0c", 4), 1, S_FALSE, L"ab"},
+  };
+  for (const Case& c : cases) {
+    const Loaded loaded = LoadText(c.bytes, c.textMode);
+    EXPECT_EQ(loaded.result, c.result) << c.what;
+    EXPECT_EQ(loaded.text, c.text) << c.what;
+  }
+}
+
+TEST_F(FileArchiveIOTest, BytesAndLimits) {
+  WriteBytes("raw.bin", "abcdef");
+  void* data = nullptr;
+  unsigned int length = 0;
+  ASSERT_EQ(FileArchiveLoad(Ref(PathOf("raw.bin")), &data, &length, kFileLoadBytes, 0), S_OK);
+  EXPECT_EQ(std::string(static_cast<const char*>(data), length), "abcdef");
+  EXPECT_EQ(static_cast<const char*>(data)[length], '\0') << "a zero byte follows the data";
+  FileArchiveFree(data);
+
+  ASSERT_EQ(FileArchiveLoad(Ref(PathOf("raw.bin")), &data, &length, kFileLoadBytes, 3), S_OK);
+  EXPECT_EQ(std::string(static_cast<const char*>(data), length), "abc");
+  FileArchiveFree(data);
+
+  WriteBytes("empty.bin", "");
+  EXPECT_EQ(FileArchiveLoad(Ref(PathOf("empty.bin")), &data, &length, kFileLoadBytes, 0), E_FAIL);
+  EXPECT_EQ(data, nullptr);
+  EXPECT_EQ(FileArchiveLoad(Ref(PathOf("raw.bin")), nullptr, &length, 0, 0), E_POINTER);
+}
+
+TEST_F(FileArchiveIOTest, AFileThatCannotBeOpenedIsReportedOnStderr) {
+  struct Case {
+    std::wstring name;
+    std::string message;
+  };
+  const std::string missing = (m_Folder / "missing.xml").string();
+  const Case cases[] = {
+      {PathOf("missing.xml"), "file open err:\n" + missing + "\n"},
+      {L"", "file open err:\n\n"},
+  };
+  for (const Case& c : cases) {
+    void* data = nullptr;
+    unsigned int length = 0;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(FileArchiveLoad(Ref(c.name), &data, &length, kFileLoadText, 0), E_FAIL);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), c.message);
+  }
+  testing::internal::CaptureStderr();
+  const unsigned char byte = 'x';
+  EXPECT_EQ(FileArchiveSave(Ref(PathOf("no/such/folder.xml")), &byte, 1, 0, 0), E_FAIL);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "saving prints nothing";
+}
+
+TEST_F(FileArchiveIOTest, TextIsSavedAsUtf16WithAMark) {
+  const std::wstring text = L"a\u00E9\U0001F600";
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+  const unsigned int size = static_cast<unsigned int>(text.size() * sizeof(wchar_t));
+  ASSERT_EQ(FileArchiveSave(Ref(PathOf("out.xml")), bytes, size, 1, 0), S_OK);
+  // Each character is cut to its low 16 bits: U+1F600 becomes U+F600.
+  EXPECT_EQ(ReadBytes("out.xml"), std::string("\xFF\xFE" "a\0\xE9\0\x00\xF6", 8));
+  ASSERT_EQ(FileArchiveSave(Ref(PathOf("out.xml")), bytes, sizeof(wchar_t), 1, 1), S_OK);
+  EXPECT_EQ(ReadBytes("out.xml"), std::string("\xFF\xFE" "a\0\xE9\0\x00\xF6" "a\0", 10)) << "appending writes no mark";
+
+  ASSERT_EQ(FileArchiveSave(Ref(PathOf("raw.bin")), bytes, 5, 0, 0), S_OK);
+  EXPECT_EQ(ReadBytes("raw.bin"), std::string(reinterpret_cast<const char*>(bytes), 5));
+  EXPECT_EQ(FileArchiveSave(Ref(PathOf("none.bin")), bytes, 0, 0, 0), E_FAIL) << "nothing written";
+  EXPECT_EQ(FileArchiveSave(Ref(PathOf("null.bin")), nullptr, 4, 0, 0), E_POINTER);
+  EXPECT_FALSE(fs::exists(m_Folder / "null.bin"));
+  ASSERT_EQ(FileArchiveSave(Ref(PathOf("empty.xml")), bytes, 0, 1, 0), S_OK) << "the mark counts as written";
+  EXPECT_EQ(ReadBytes("empty.xml"), "\xFF\xFE");
+
+  // What is saved as text loads back, less nothing: the mark is the dropped unit.
+  const std::wstring xml = L"<a>\u00FC</a>";
+  FileArchiveSave(Ref(PathOf("round.xml")), reinterpret_cast<const unsigned char*>(xml.data()),
+                  static_cast<unsigned int>(xml.size() * sizeof(wchar_t)), 1, 0);
+  void* data = nullptr;
+  unsigned int length = 0;
+  ASSERT_EQ(FileArchiveLoad(Ref(PathOf("round.xml")), &data, &length, kFileLoadText, 0), S_OK);
+  EXPECT_EQ(std::wstring(static_cast<const wchar_t*>(data)), xml);
+  EXPECT_EQ(length, xml.size() + 1);
+  FileArchiveFree(data);
+}
+
+TEST_F(FileArchiveIOTest, FileNamesAreCutToFitIn256Bytes) {
+  struct Case {
+    std::wstring name;
+    std::string path;
+  };
+  const Case cases[] = {
+      {std::wstring(300, L'a'), std::string(254, 'a')},
+      {std::wstring(200, L'\u00E9'), [] { std::string s; for (int i = 0; i < 127; ++i) s += "\xC3\xA9"; return s; }()},
+      {std::wstring(253, L'a') + L"\u00E9", std::string(253, 'a')},
+      {std::wstring(100, L'\u20AC'), [] { std::string s; for (int i = 0; i < 84; ++i) s += "\xE2\x82\xAC"; return s; }()},
+      {std::wstring(100, L'\U0001F600'), [] { std::string s; for (int i = 0; i < 63; ++i) s += "\xF0\x9F\x98\x80"; return s; }()},
+      // 0x7FF takes three bytes and 0xFFFF four, as the framework always encoded them.
+      {L"\u07FE\u07FF\uFFFE\uFFFF", "\xDF\xBE" "\xE0\x9F\xBF" "\xEF\xBF\xBE" "\xF0\x8F\xBF\xBF"},
+      {L"", ""},
+  };
+  for (const Case& c : cases) {
+    char path[kFileArchivePathSize];
+    FileArchivePath(Ref(c.name), path);
+    EXPECT_EQ(std::string(path), c.path) << c.name.size() << " characters";
+  }
+  char path[kFileArchivePathSize];
+  FileArchivePath({-1, L"abc"}, path);
+  EXPECT_EQ(std::string(path), "");
+
+  // A file saved under a long name lands under the cut name.
+  const std::wstring folder = PathOf("");
+  const std::wstring name = folder + std::wstring(300 - folder.size(), L'n');
+  const unsigned char byte = 'x';
+  ASSERT_EQ(FileArchiveSave(Ref(name), &byte, 1, 0, 0), S_OK);
+  const std::string cut = std::string(folder.begin(), folder.end()) + std::string(254 - folder.size(), 'n');
+  EXPECT_TRUE(fs::exists(cut));
+}
+
+}  // namespace

@@ -1,0 +1,87 @@
+// "DataStream" (a byte buffer) and "ASCIIStream" (XML text to UTF-8 bytes).
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "test_support.h"
+
+namespace {
+
+std::string BytesOf(IDataStream* stream) {
+  void* data = nullptr;
+  int32_t size = 0;
+  if (stream->GetBuffer(&data, &size) < 0) return "<no buffer>";
+  return std::string(static_cast<const char*>(data), static_cast<size_t>(size));
+}
+
+TEST(DataStreamTest, WritesReadsAndResets) {
+  SmartPtr<IDataStream> stream = CreateObjectAs<IDataStream>(L"DataStream");
+  ASSERT_TRUE(stream);
+  EXPECT_EQ(stream->Write("abc", 3), S_OK);
+  EXPECT_EQ(stream->Write("de", 2), S_OK);
+  EXPECT_EQ(stream->Write(nullptr, 0), S_OK);
+  EXPECT_EQ(BytesOf(stream.get()), "abcde");
+
+  char piece[4] = {};
+  int32_t read = -1;
+  EXPECT_EQ(stream->Read(piece, 3, &read), S_OK);
+  EXPECT_EQ(std::string(piece, static_cast<size_t>(read)), "abc");
+  EXPECT_EQ(stream->Read(piece, 4, &read), S_OK);
+  EXPECT_EQ(std::string(piece, static_cast<size_t>(read)), "de") << "a read stops at the end";
+  EXPECT_EQ(stream->Read(piece, 4, &read), S_OK);
+  EXPECT_EQ(read, 0);
+
+  EXPECT_EQ(stream->Reset(), S_OK);
+  EXPECT_EQ(BytesOf(stream.get()), "");
+  stream->Write("xy", 2);
+  EXPECT_EQ(stream->Read(piece, 4, &read), S_OK);
+  EXPECT_EQ(std::string(piece, static_cast<size_t>(read)), "xy") << "reset rewinds the read position";
+}
+
+TEST(DataStreamTest, BadArgumentsAreRefused) {
+  SmartPtr<IDataStream> stream = CreateObjectAs<IDataStream>(L"DataStream");
+  int32_t read = 0;
+  char byte = 0;
+  EXPECT_EQ(stream->Write("a", -1), E_INVALIDARG);
+  EXPECT_EQ(stream->Write(nullptr, 1), E_POINTER);
+  EXPECT_EQ(stream->Read(&byte, -1, &read), E_INVALIDARG);
+  EXPECT_EQ(stream->Read(nullptr, 1, &read), E_POINTER);
+  EXPECT_EQ(stream->Read(&byte, 1, nullptr), E_POINTER);
+  EXPECT_EQ(stream->GetBuffer(nullptr, &read), E_POINTER);
+  EXPECT_EQ(BytesOf(stream.get()), "");
+}
+
+TEST(ASCIIStreamTest, XMLTextBecomesUtf8) {
+  struct Case {
+    std::wstring raw;
+    std::string bytes;
+  };
+  const Case cases[] = {
+      {L"<a>1</a>", "<a>1</a>"},
+      {L"\u00E9\u20AC", "\xC3\xA9\xE2\x82\xAC"},
+      {L"\U0001F600", "\xF0\x9F\x98\x80"},
+      {std::wstring(1, static_cast<wchar_t>(0xD800)), "\xEF\xBF\xBD"},  // not a character: U+FFFD
+      {L"", ""},
+  };
+  SmartPtr<IStreamTransform> ascii = CreateObjectAs<IStreamTransform>(L"ASCIIStream");
+  ASSERT_TRUE(ascii);
+  for (const Case& c : cases) {
+    SmartPtr<IXMLStream> xml = CreateObjectAs<IXMLStream>(L"XMLStream");
+    xml->WriteRawText(c.raw.c_str(), static_cast<int32_t>(c.raw.size() * sizeof(wchar_t)), 0);
+    SmartPtr<IDataStream> bytes = CreateObjectAs<IDataStream>(L"DataStream");
+    bytes->Write("=", 1);
+    EXPECT_EQ(ascii->Transform(xml.get(), bytes.get()), S_OK);
+    EXPECT_EQ(BytesOf(bytes.get()), "=" + c.bytes) << "appended to what the target held";
+  }
+}
+
+TEST(ASCIIStreamTest, OnlyXMLStreamsAreTransformed) {
+  SmartPtr<IStreamTransform> ascii = CreateObjectAs<IStreamTransform>(L"ASCIIStream");
+  SmartPtr<IDataStream> bytes = CreateObjectAs<IDataStream>(L"DataStream");
+  EXPECT_EQ(ascii->Transform(bytes.get(), bytes.get()), E_NOINTERFACE);
+  EXPECT_EQ(ascii->Transform(nullptr, bytes.get()), E_POINTER);
+  SmartPtr<IXMLStream> xml = CreateObjectAs<IXMLStream>(L"XMLStream");
+  EXPECT_EQ(ascii->Transform(xml.get(), nullptr), E_POINTER);
+}
+
+}  // namespace
