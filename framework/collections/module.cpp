@@ -1,5 +1,7 @@
 // Collections module entry: the framework's value, collection and stream classes.
 #include "creatable_string.h"
+#include "file_info.h"
+#include "folder_stream.h"
 #include "runtime/class_table.h"
 #include "variant.h"
 
@@ -8,6 +10,8 @@ namespace {
 const ClassTableEntry kClasses[] = {
     CLASS_TABLE_ENTRY(L"CreatableString", CObject<CCreatableString>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"Variant", CObject<CVariant>::_CreateInstance),
+    CLASS_TABLE_ENTRY(L"FolderStream", CObject<CFolderStream>::_CreateInstance),
+    CLASS_TABLE_ENTRY(L"FileInfo", CObject<CFileInfo>::_CreateInstance),
 };
 
 }  // namespace
