@@ -1,7 +1,10 @@
 // Collections module entry: the framework's value, collection and stream classes.
+#include "active_workspace.h"
 #include "creatable_string.h"
 #include "file_info.h"
 #include "folder_stream.h"
+#include "ini_file_ex.h"
+#include "registry.h"
 #include "runtime/class_table.h"
 #include "variant.h"
 
@@ -12,6 +15,9 @@ const ClassTableEntry kClasses[] = {
     CLASS_TABLE_ENTRY(L"Variant", CObject<CVariant>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"FolderStream", CObject<CFolderStream>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"FileInfo", CObject<CFileInfo>::_CreateInstance),
+    CLASS_TABLE_ENTRY(L"INIFileEx", CObject<CINIFileEx>::_CreateInstance),
+    CLASS_TABLE_ENTRY(L"Registry", CObject<CRegistry>::_CreateInstance),
+    CLASS_TABLE_ENTRY(L"ActiveWorkspace", CActiveWorkspace::CreateShared),
 };
 
 }  // namespace
