@@ -1,6 +1,7 @@
 // Collections module entry: the framework's value, collection and stream classes.
 #include "creatable_string.h"
 #include "runtime/class_table.h"
+#include "super_collection.h"
 #include "variant.h"
 
 namespace {
@@ -8,6 +9,7 @@ namespace {
 const ClassTableEntry kClasses[] = {
     CLASS_TABLE_ENTRY(L"CreatableString", CObject<CCreatableString>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"Variant", CObject<CVariant>::_CreateInstance),
+    CLASS_TABLE_ENTRY(L"SuperCollection", CObject<CSuperCollection>::_CreateInstance),
 };
 
 }  // namespace
