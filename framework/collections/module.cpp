@@ -6,6 +6,7 @@
 #include "ini_file_ex.h"
 #include "registry.h"
 #include "runtime/class_table.h"
+#include "super_collection.h"
 #include "variant.h"
 
 namespace {
@@ -18,6 +19,7 @@ const ClassTableEntry kClasses[] = {
     CLASS_TABLE_ENTRY(L"INIFileEx", CObject<CINIFileEx>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"Registry", CObject<CRegistry>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"ActiveWorkspace", CActiveWorkspace::CreateShared),
+    CLASS_TABLE_ENTRY(L"SuperCollection", CObject<CSuperCollection>::_CreateInstance),
 };
 
 }  // namespace
