@@ -4,6 +4,7 @@
 #include "file_info.h"
 #include "folder_stream.h"
 #include "ini_file_ex.h"
+#include "parameter_text_streams.h"
 #include "registry.h"
 #include "runtime/class_table.h"
 #include "super_collection.h"
@@ -19,6 +20,8 @@ const ClassTableEntry kClasses[] = {
     CLASS_TABLE_ENTRY(L"INIFileEx", CObject<CINIFileEx>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"Registry", CObject<CRegistry>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"ActiveWorkspace", CActiveWorkspace::CreateShared),
+    CLASS_TABLE_ENTRY(L"CSVStream", CObject<CCSVStream>::_CreateInstance),
+    CLASS_TABLE_ENTRY(L"INIStream", CObject<CINIStream>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"SuperCollection", CObject<CSuperCollection>::_CreateInstance),
 };
 
