@@ -8,4 +8,5 @@
 #include "framework_streams.h"
 #include "collection_interfaces.h"
 #include "module_interfaces.h"
+#include "framework_storage.h"
 #include "module_entry.h"

@@ -1,5 +1,6 @@
 // The module's entry point: CreateFunction answers the creation functions of
 // the nine classes by their exact, case-sensitive names.
+#include "parameters/parameters_creatable.h"
 #include "runtime/class_table.h"
 
 namespace {
@@ -11,7 +12,7 @@ const ClassTableEntry kClasses[] = {
     CLASS_TABLE_ENTRY(L"ExpressionBuilder", nullptr),
     CLASS_TABLE_ENTRY(L"InputParameter", nullptr),
     CLASS_TABLE_ENTRY(L"InputParameters", nullptr),
-    CLASS_TABLE_ENTRY(L"ParametersCreatable", nullptr),
+    CLASS_TABLE_ENTRY(L"ParametersCreatable", CObject<CParametersCreatable>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"ParametersCreator", nullptr),
     CLASS_TABLE_ENTRY(L"TextParser", nullptr),
     CLASS_TABLE_ENTRY(L"ParamCollection", nullptr),

@@ -1,0 +1,237 @@
+// The settings store ("Registry"), settings files ("INIFileEx") and "ActiveWorkspace" through the framework.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "storage_test_support.h"
+
+using namespace test_support;
+using storage_test::Ref;
+using storage_test::ScratchFile;
+
+namespace {
+
+const char kSettings[] =
+    "; settings of the test\n"
+    "[Workspace]\n"
+    "InstallPath = /opt/app\n"
+    "AppPath=/home/u/app\r\n"
+    "[UI]\n"
+    "UIFileArchive_Lean=0\n"
+    "[Mappings]\n"
+    "Data=/data/files\n"
+    "  data2 = /mnt/x=y  \n"
+    "# not a line\n"
+    "no equals sign\n"
+    "=no name\n"
+    "Alpha=/alpha\n"
+    "[workspace]\n"
+    "ActiveWorkspace=/work/spaces/main.wsp\n";
+
+// Points $PARAMS_SETTINGS at a scratch file for the test's lifetime.
+class SettingsFile : public ScratchFile {
+ public:
+  explicit SettingsFile(const std::string& content) : ScratchFile("settings") {
+    Write(content);
+    setenv("PARAMS_SETTINGS", Path().c_str(), 1);
+  }
+};
+
+std::wstring ReadSetting(IRegistry* registry, const std::wstring& section, const std::wstring& name, HRESULT* code) {
+  SmartPtr<IString> value;
+  *code = registry->GetString(Ref(section), Ref(name), value.Receive());
+  return value ? TextOf(value) : L"<none>";
+}
+
+std::wstring ListOf(IRegistry* registry, const std::wstring& section) {
+  int32_t count = -1;
+  EXPECT_EQ(registry->get_ListCount(Ref(section), &count), S_OK);
+  std::wstring list;
+  for (int32_t i = 0; i < count; ++i) {
+    SmartPtr<IString> name;
+    SmartPtr<IVariant> value;
+    registry->get_ListName(Ref(section), i, name.Receive());
+    registry->get_ListValue(Ref(section), i, value.Receive());
+    SmartPtr<IString> text;
+    if (value && value->IsString()) value->GetString(text.Receive());
+    list += TextOf(name) + L"=" + TextOf(text) + L";";
+  }
+  return list;
+}
+
+std::wstring CurrentFolder() {
+  const std::string folder = std::filesystem::canonical(std::filesystem::current_path()).string();
+  return std::wstring(folder.begin(), folder.end());
+}
+
+}  // namespace
+
+TEST(Registry, ReadsValuesBySectionAndName) {
+  SettingsFile settings(kSettings);
+  SmartPtr<IRegistry> registry = CreateObjectAs<IRegistry>(L"Registry");
+  ASSERT_TRUE(registry);
+  struct Case {
+    const wchar_t* section;
+    const wchar_t* name;
+    HRESULT expected;
+    const wchar_t* text;
+  };
+  const Case cases[] = {
+      {L"Workspace", L"InstallPath", S_OK, L"/opt/app"},
+      {L"WORKSPACE", L"installpath", S_OK, L"/opt/app"},  // names are matched without regard to case
+      {L"Workspace", L"AppPath", S_OK, L"/home/u/app"},  // the carriage return is not part of the value
+      {L"UI", L"UIFileArchive_Lean", S_OK, L"0"},
+      {L"Mappings", L"data2", S_OK, L"/mnt/x=y"},       // split at the first "=", blanks trimmed
+      {L"Workspace", L"ActiveWorkspace", S_OK, L"/work/spaces/main.wsp"},  // a repeated section is one section
+      {L"UI", L"Missing", E_ITEMNOTFOUND, L"<none>"},
+      {L"Nowhere", L"AppPath", E_ITEMNOTFOUND, L"<none>"},
+  };
+  for (const Case& c : cases) {
+    HRESULT code = 0;
+    EXPECT_EQ(ReadSetting(registry.get(), c.section, c.name, &code), c.text) << c.section << "/" << c.name;
+    EXPECT_EQ(code, c.expected) << c.section << "/" << c.name;
+  }
+}
+
+TEST(Registry, ListsMappingsInFileOrder) {
+  SettingsFile settings(kSettings);
+  SmartPtr<IRegistry> registry = CreateObjectAs<IRegistry>(L"Registry");
+  EXPECT_EQ(ListOf(registry.get(), L"Mappings"), L"Data=/data/files;data2=/mnt/x=y;Alpha=/alpha;");
+  EXPECT_EQ(ListOf(registry.get(), L"None"), L"");
+  SmartPtr<IString> name;
+  EXPECT_EQ(registry->get_ListName(Ref(L"Mappings"), 3, name.Receive()), E_INVALIDARG);
+  EXPECT_EQ(registry->get_ListName(Ref(L"Mappings"), -1, name.Receive()), E_INVALIDARG);
+}
+
+TEST(Registry, ReadsIntoABufferCutToFit) {
+  SettingsFile settings(kSettings);
+  SmartPtr<IRegistryEx> registry = CreateObjectAs<IRegistryEx>(L"Registry");
+  ASSERT_TRUE(registry);
+  struct Case {
+    const wchar_t* name;
+    int32_t byteCount;
+    HRESULT expected;
+    const wchar_t* text;
+  };
+  const Case cases[] = {
+      {L"AppPath", 712, S_OK, L"/home/u/app"},
+      {L"AppPath", 16, S_FALSE, L"/ho"},  // four characters of room: three and the terminator
+      {L"AppPath", 3, E_INVALIDARG, L""},
+      {L"Missing", 712, E_ITEMNOTFOUND, L""},
+  };
+  for (const Case& c : cases) {
+    wchar_t buffer[178];
+    wmemset(buffer, L'#', 178);
+    buffer[0] = L'\0';
+    EXPECT_EQ(registry->GetBuffer(Ref(L"Workspace"), Ref(c.name), buffer, c.byteCount), c.expected) << c.name;
+    EXPECT_EQ(std::wstring(buffer), c.text) << c.name << " " << c.byteCount;
+  }
+}
+
+TEST(Registry, MissingFileMeansEmptySettingsAndTheDefaultInstallPath) {
+  SettingsFile settings("");
+  setenv("PARAMS_SETTINGS", (settings.Path() + ".absent").c_str(), 1);
+  SmartPtr<IRegistry> registry = CreateObjectAs<IRegistry>(L"Registry");
+  HRESULT code = 0;
+  EXPECT_EQ(ReadSetting(registry.get(), L"UI", L"UIFileArchive_Lean", &code), L"<none>");
+  EXPECT_EQ(code, E_ITEMNOTFOUND);
+  EXPECT_EQ(ListOf(registry.get(), L"Mappings"), L"");
+  // Tests run in the build folder, which holds _binlinux/.
+  EXPECT_EQ(ReadSetting(registry.get(), L"Workspace", L"InstallPath", &code), CurrentFolder());
+  EXPECT_EQ(code, S_OK);
+  EXPECT_EQ(ReadSetting(registry.get(), L"Workspace", L"AppPath", &code), L"<none>");
+}
+
+TEST(Registry, WritesValuesAndEachObjectReadsTheFileWhenMade) {
+  SettingsFile settings("[UI]\nUIFileArchive_Lean=1\n");
+  SmartPtr<IRegistryEx> first = CreateObjectAs<IRegistryEx>(L"Registry");
+  SmartPtr<IRegistryEx> second = CreateObjectAs<IRegistryEx>(L"Registry");
+  EXPECT_EQ(first->SetString(Ref(L"Mappings"), Ref(L"Data"), Ref(L"/d")), S_OK);
+  EXPECT_EQ(settings.Read(), "[UI]\nUIFileArchive_Lean=1\n[Mappings]\nData=/d\n");
+  HRESULT code = 0;
+  EXPECT_EQ(ReadSetting(second.get(), L"Mappings", L"Data", &code), L"<none>");
+  EXPECT_EQ(second->Reload(), S_OK);
+  EXPECT_EQ(ReadSetting(second.get(), L"Mappings", L"Data", &code), L"/d");
+  EXPECT_EQ(first->SetString(Ref(L"UI"), Ref(L""), Ref(L"x")), E_INVALIDARG);
+}
+
+TEST(ActiveWorkspace, IsOneObjectNamedBySettingsUntilANameIsSet) {
+  SettingsFile settings(kSettings);
+  SmartPtr<IFileArchive> workspace = CreateObjectAs<IFileArchive>(L"ActiveWorkspace");
+  SmartPtr<IFileArchive> again = CreateObjectAs<IFileArchive>(L"ActiveWorkspace");
+  ASSERT_TRUE(workspace);
+  EXPECT_TRUE(SameObject(workspace.get(), again.get()));
+  workspace->put_Filename(nullptr);
+
+  SmartPtr<IString> name;
+  EXPECT_EQ(workspace->get_Filename(name.Receive()), S_OK);
+  EXPECT_EQ(TextOf(name), L"/work/spaces/main.wsp");
+  EXPECT_EQ(workspace->get_Name(name.Receive()), S_OK);
+  EXPECT_EQ(TextOf(name), L"main");
+
+  again->put_Filename(MakeString(L"/tmp/other/ws").get());
+  EXPECT_EQ(workspace->get_Filename(name.Receive()), S_OK);
+  EXPECT_EQ(TextOf(name), L"/tmp/other/ws");
+  EXPECT_EQ(workspace->get_Name(name.Receive()), S_OK);
+  EXPECT_EQ(TextOf(name), L"ws");
+
+  workspace->put_Filename(MakeString(L"").get());
+  setenv("PARAMS_SETTINGS", (settings.Path() + ".absent").c_str(), 1);
+  EXPECT_EQ(workspace->get_Filename(name.Receive()), E_FAIL);
+  EXPECT_FALSE(name);
+  EXPECT_EQ(workspace->Save(), E_NOTIMPL);
+  int32_t value = 0;
+  EXPECT_EQ(workspace->Control(4, 9), S_OK);
+  EXPECT_EQ(workspace->Inquire(4, &value), S_OK);
+  EXPECT_EQ(value, 9);
+  EXPECT_EQ(workspace->Control(5, 1), E_INVALIDARG);
+}
+
+TEST(INIFileEx, ReadsChangesListsAndWritesAFile) {
+  ScratchFile file("inifile");
+  file.Write("top=level\n[Paths]\nB=2\nA=1\nb=3\n");
+  SmartPtr<IINIFileEx> ini = CreateObjectAs<IINIFileEx>(L"INIFileEx");
+  ASSERT_TRUE(ini);
+  ASSERT_EQ(ini->Open(file.Name().get()), S_OK);
+
+  SmartPtr<IString> value;
+  EXPECT_EQ(ini->GetString(Ref(L"paths"), Ref(L"b"), value.Receive()), S_OK);
+  EXPECT_EQ(TextOf(value), L"2");  // of two lines with one name, the first is found
+  EXPECT_EQ(ini->GetString(Ref(L""), Ref(L"top"), value.Receive()), S_OK);
+  EXPECT_EQ(TextOf(value), L"level");
+
+  EXPECT_EQ(ini->SetString(Ref(L"Paths"), Ref(L"A"), Ref(L"one = 1, two")), S_OK);
+  EXPECT_EQ(ini->SetString(Ref(L"New"), Ref(L"Key"), Ref(L"v")), S_OK);
+  EXPECT_EQ(ini->RemoveValue(Ref(L"Paths"), Ref(L"B")), S_OK);  // removes both lines named b
+  EXPECT_EQ(ini->RemoveValue(Ref(L"Paths"), Ref(L"B")), E_ITEMNOTFOUND);
+  int32_t count = 0;
+  ini->get_SectionCount(Ref(L"Paths"), &count);
+  EXPECT_EQ(count, 1);
+  SmartPtr<IString> name;
+  ini->get_SectionName(Ref(L"Paths"), 0, name.Receive());
+  ini->get_SectionValue(Ref(L"Paths"), 0, value.Receive());
+  EXPECT_EQ(TextOf(name) + L"=" + TextOf(value), L"A=one = 1, two");
+  EXPECT_EQ(file.Read(), "top=level\n[Paths]\nB=2\nA=1\nb=3\n");  // nothing written before Save
+  EXPECT_EQ(ini->Save(), S_OK);
+  EXPECT_EQ(file.Read(), "top=level\n[Paths]\nA=one = 1, two\n[New]\nKey=v\n");
+
+  SmartPtr<IINIFileEx> reopened = CreateObjectAs<IINIFileEx>(L"INIFileEx");
+  reopened->Open(file.Name().get());
+  EXPECT_EQ(reopened->GetString(Ref(L"Paths"), Ref(L"A"), value.Receive()), S_OK);
+  EXPECT_EQ(TextOf(value), L"one = 1, two");
+}
+
+TEST(INIFileEx, MissingFileIsEmptyAndUnnamedFilesAreRefused) {
+  ScratchFile file("inifile-missing");
+  SmartPtr<IINIFileEx> ini = CreateObjectAs<IINIFileEx>(L"INIFileEx");
+  EXPECT_EQ(ini->Save(), E_FAIL);  // no file opened yet
+  EXPECT_EQ(ini->Open(nullptr), E_INVALIDARG);
+  ASSERT_EQ(ini->Open(file.Name().get()), S_OK);
+  int32_t count = -1;
+  ini->get_SectionCount(Ref(L"Any"), &count);
+  EXPECT_EQ(count, 0);
+  ini->SetString(Ref(L"Größe"), Ref(L"名前"), Ref(L"\U0001F600"));
+  EXPECT_EQ(ini->Save(), S_OK);
+  EXPECT_EQ(file.Read(), "[Größe]\n名前=\xF0\x9F\x98\x80\n");
+}
