@@ -252,7 +252,8 @@ TEST(GetWord, StopsBeforeSeparatorAndReportsItsPosition) {
 
 TEST(GetWord, TerminatingZeroCountsAsSeparatorWhenInSet) {
   const tagREFString zeroSeparator{1, L""};
-  CREFString view = View(L"ab"), word;
+  const std::wstring text = L"ab";
+  CREFString view = View(text), word;
   EXPECT_EQ(3, view.GetWord(&word, false, zeroSeparator));
   EXPECT_EQ(L"ab", Text(word));
 }
