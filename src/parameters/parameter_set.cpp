@@ -38,16 +38,25 @@ int ParameterStore::PARAMETERSCompareByName(const void* a, const void* b) {
 
 ParameterStore::~ParameterStore() { ReleaseStorage(); }
 
+// m_Capacity grows by exactly 10, as the set's capacity always has. The slot
+// array underneath doubles when it must grow, so that filling a large set
+// copies each pointer a bounded number of times instead of once per 10 adds.
+void ParameterStore::GrowSlots() {
+  int32_t capacity = m_Capacity + kGrowth;
+  if (capacity > m_Allocated) {
+    int32_t allocated = std::max(capacity, m_Allocated * 2);
+    std::unique_ptr<PARAMETEROBJECT*[]> grown(new PARAMETEROBJECT*[allocated]());
+    std::copy(m_Items.get(), m_Items.get() + m_Count, grown.get());
+    m_Items = std::move(grown);
+    m_Allocated = allocated;
+  }
+  m_Capacity = capacity;
+}
+
 HRESULT ParameterStore::AppendParameter(IString* name, IUnknown* value, IUnknown* descriptor, int32_t flags) {
   SmartPtr<IVariant> stored = value ? StoredValueOf(value) : NewEmptyTextVariant();
   if (!stored) return CO_E_CREATEFAILED;
-  if (m_Count >= m_Capacity) {
-    int32_t capacity = m_Capacity + kGrowth;
-    std::unique_ptr<PARAMETEROBJECT*[]> grown(new PARAMETEROBJECT*[capacity]());
-    std::copy(m_Items.get(), m_Items.get() + m_Count, grown.get());
-    m_Items = std::move(grown);
-    m_Capacity = capacity;
-  }
+  if (m_Count >= m_Capacity) GrowSlots();
   auto* record = new Record();
   ReplaceReference(record->Name, name);
   record->Value = stored.Detach();
@@ -193,4 +202,5 @@ void ParameterStore::ReleaseStorage() {
   RemoveAllParameters();
   m_Items.reset();
   m_Capacity = 0;
+  m_Allocated = 0;
 }

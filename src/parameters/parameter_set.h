@@ -46,7 +46,7 @@ class ParameterStore {
 
   std::unique_ptr<PARAMETEROBJECT*[]> m_Items;  // slots at and beyond m_Count are null
   int32_t m_Count = 0;
-  int32_t m_Capacity = 0;
+  int32_t m_Capacity = 0;  // grows in steps of 10
   int32_t m_Locked = 0;
 
  private:
@@ -57,9 +57,11 @@ class ParameterStore {
   };
 
   Record* RecordAt(int32_t index) const { return static_cast<Record*>(m_Items[index]); }
+  void GrowSlots();
   HRESULT FindName(tagREFString key, int32_t* index);
   HRESULT FindObject(IUnknown* key, int32_t* index) const;
 
+  int32_t m_Allocated = 0;  // slots actually allocated, at least m_Capacity
   NameIndex<Record> m_NameIndex;
 };
 

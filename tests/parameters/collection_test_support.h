@@ -1,0 +1,114 @@
+// Helpers of the collection tests: names, reference first-match scans that
+// the indexed lookups must agree with, and test owners of the collection
+// templates that expose what the interfaces do not show (capacity, m_Sorted).
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "parameters/named_collection.h"
+#include "parameters/parameter_set.h"
+#include "runtime/resource_lock.h"
+#include "test_support.h"
+
+namespace collection_test {
+
+using test_support::MakeString;
+using test_support::TextOf;
+
+// The name of item `index`, "<null>" for an unnamed one.
+template <class Collection>
+std::wstring NameAt(Collection* collection, int32_t index) {
+  SmartPtr<IString> name;
+  if (collection->get_ItemName(index, name.Receive()) < 0) return L"<null>";
+  return TextOf(name);
+}
+
+template <class Collection>
+std::vector<std::wstring> NamesOf(Collection* collection) {
+  int32_t count = 0;
+  collection->get_Count(&count);
+  std::vector<std::wstring> names;
+  for (int32_t i = 0; i < count; ++i) names.push_back(NameAt(collection, i));
+  return names;
+}
+
+inline wchar_t FoldForTest(wchar_t c) { return (c >= L'A' && c <= L'Z') ? c - L'A' + L'a' : c; }
+
+// True when `name` begins with `key` (whole: equals it), folding A-Z only.
+inline bool NameMatches(const std::wstring& name, const std::wstring& key, bool whole) {
+  if (key.empty() || name.size() < key.size() || (whole && name.size() != key.size())) return false;
+  for (size_t i = 0; i < key.size(); ++i)
+    if (FoldForTest(name[i]) != FoldForTest(key[i])) return false;
+  return true;
+}
+
+// Index of the first of `names` that matches, or `notFound`. Unnamed items
+// ("<null>") never match since keys in the tests have no '<'.
+inline int32_t ScanFirst(const std::vector<std::wstring>& names, const std::wstring& key, bool whole,
+                         int32_t notFound) {
+  for (size_t i = 0; i < names.size(); ++i)
+    if (NameMatches(names[i], key, whole)) return static_cast<int32_t>(i);
+  return notFound;
+}
+
+template <class Collection>
+int32_t IndexOfName(Collection* collection, const std::wstring& key) {
+  int32_t index = -2;
+  collection->get_Index(MakeString(key).get(), &index);
+  return index;
+}
+
+// A named collection of parameter sets that matches whole names only, and
+// shows its capacity and sorted mode.
+class CExactCollection final : public CObjectImpl<CExactCollection>,
+                               public INamedCollectionImpl<CExactCollection, ISuperCollection, IParameters> {
+ public:
+  static constexpr wchar_t kObjectName[] = L"ExactCollection";
+  static constexpr InterfaceEntry<CExactCollection> kInterfaces[] = {
+      {&IID_ISuperCollection, InterfaceOf<CExactCollection, ISuperCollection>},
+  };
+
+  CExactCollection() { m_ExactNames = 1; }
+
+  HRESULT QueryInterface(const IID& iid, void** out) override { return CObjectImpl::QueryInterface(iid, out); }
+  uint32_t AddRef() override { return CObjectImpl::AddRef(); }
+  uint32_t Release() override { return CObjectImpl::Release(); }
+  void Lock() override { m_Lock.Lock(); }
+  void Unlock() override { m_Lock.Unlock(); }
+
+  HRESULT Clear() override { return CollectionClear(); }
+  // Accepts parameter sets only.
+  HRESULT VerifyInterface(IUnknown* object, IUnknown** verified) override {
+    if (!verified) return E_POINTER;
+    *verified = nullptr;
+    SmartPtr<IParameters> parameters = QueryAs<IParameters>(object);
+    if (!parameters) return E_FAIL;
+    *verified = parameters.Detach();
+    return S_OK;
+  }
+
+  int32_t Capacity() const { return m_Capacity; }
+  int32_t Sorted() const { return m_Sorted; }
+
+ private:
+  CResourceLock m_Lock;
+};
+
+// A parameter set that shows its capacity.
+class CCapacityParameters final : public CObjectImpl<CCapacityParameters>,
+                                  public IParametersImpl<CCapacityParameters, IParametersCreatable> {
+ public:
+  static constexpr wchar_t kObjectName[] = L"CapacityParameters";
+  static constexpr InterfaceEntry<CCapacityParameters> kInterfaces[] = {
+      {&IID_IParameters, InterfaceOf<CCapacityParameters, IParametersCreatable>},
+  };
+
+  HRESULT QueryInterface(const IID& iid, void** out) override { return CObjectImpl::QueryInterface(iid, out); }
+  uint32_t AddRef() override { return CObjectImpl::AddRef(); }
+  uint32_t Release() override { return CObjectImpl::Release(); }
+
+  int32_t Capacity() const { return m_Capacity; }
+};
+
+}  // namespace collection_test
