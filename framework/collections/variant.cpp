@@ -73,9 +73,10 @@ HRESULT CVariant::Assign(IUnknown* from) {
       return S_OK;
     }
     if (SmartPtr<IVariant> other = QueryAs<IVariant>(from)) return CopyFrom(other.get());
-    // Only framework strings give their text; any other object (also one that
-    // merely shows a text, such as an expression) is held as an object.
-    if (SmartPtr<ICreatableString> text = QueryAs<ICreatableString>(from)) return TakeTextOf(text.get());
+    // A framework string becomes the value's text, the same string object (so
+    // appending to it later shows in the value); any other object, also one that
+    // merely shows a text such as an expression, is held as an object.
+    if (SmartPtr<ICreatableString> text = QueryAs<ICreatableString>(from)) return SetString(text.get());
     SmartPtr<IUnknown> held(from);
     Clear();
     m_Kind = Kind::kObject;

@@ -111,11 +111,12 @@ TEST(Variant, AssignCopiesValuesAndTexts) {
 
   SmartPtr<ICreatableString> text = MakeString(L"from a string");
   copy->Assign(text.get());
-  EXPECT_EQ(copy->IsString(), 1) << "a framework string gives its text";
+  EXPECT_EQ(copy->IsString(), 1) << "a framework string becomes the value's text";
   SmartPtr<IString> taken;
   copy->GetString(taken.Receive());
-  EXPECT_EQ(TextOf(taken), L"from a string");
-  EXPECT_FALSE(taken == text.get());
+  EXPECT_TRUE(taken == text.get()) << "the same string object, not a copy";
+  text->Append(RefOf(L" and more"));
+  EXPECT_EQ(TextOf(taken), L"from a string and more");
 
   copy->Assign(copy.get());
   EXPECT_EQ(copy->IsString(), 1) << "assigning a value to itself keeps it";
