@@ -11,8 +11,9 @@
 #include <vector>
 
 #include "runtime/object.h"
+#include "runtime/reserved_slots.h"
 
-class CStringCollection final : public CObjectImpl<CStringCollection, IStringCollection, ICreatableString> {
+class CStringCollection final : public CObjectImpl<CStringCollection, StringCollectionSlots, ICreatableString> {
  public:
   static constexpr wchar_t kObjectName[] = L"StringCollection";
   static constexpr InterfaceEntry<CStringCollection> kInterfaces[] = {
@@ -26,16 +27,6 @@ class CStringCollection final : public CObjectImpl<CStringCollection, IStringCol
   HRESULT get_Count(int32_t* count) override;
   // A new string holding the line (answers IString).
   HRESULT get_Item(int32_t index, IUnknown** line) override;
-  HRESULT Reserved3() override { return E_NOTIMPL; }
-  HRESULT Reserved4() override { return E_NOTIMPL; }
-  HRESULT Reserved5() override { return E_NOTIMPL; }
-  HRESULT Reserved6() override { return E_NOTIMPL; }
-  HRESULT Reserved7() override { return E_NOTIMPL; }
-  HRESULT Reserved8() override { return E_NOTIMPL; }
-  HRESULT Reserved9() override { return E_NOTIMPL; }
-  HRESULT Reserved10() override { return E_NOTIMPL; }
-  HRESULT Reserved11() override { return E_NOTIMPL; }
-  HRESULT Reserved12() override { return E_NOTIMPL; }
   HRESULT Reset(int32_t reserved) override;
   // ICreatableString
   HRESULT GetBuffer(const wchar_t** text, int32_t* length) override;

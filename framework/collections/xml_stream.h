@@ -12,33 +12,26 @@
 
 #include "runtime/object.h"
 #include "xml_read_cursor.h"
+#include "runtime/reserved_slots.h"
 #include "xml_text_writer.h"
 
 template <class Self>
-class CXMLStreamBase : public CObjectImpl<Self, IXMLStreamEx, IDataStream> {
+class CXMLStreamBase : public CObjectImpl<Self, XMLStreamExSlots, IDataStream> {
  public:
   // IXMLStream
   HRESULT LoadContent(const void* data, int32_t byteCount, int32_t reserved) override;
   HRESULT GetParseError(int32_t* offset) override;
   HRESULT StepOver() override;
   HRESULT GetTextBuffer(void** data, int32_t* byteCount) override;
-  HRESULT Reserved5() override { return E_NOTIMPL; }
   HRESULT WriteRawText(const wchar_t* text, int32_t byteCount, int32_t reserved) override;
-  HRESULT Reserved7() override { return E_NOTIMPL; }
   HRESULT BeginElement(tagREFString name, int32_t reserved1, int32_t reserved2) override;
   HRESULT BeginObject(IUnknown* object, int32_t reserved1, int32_t reserved2) override;
   HRESULT WriteElement(tagREFString name, int32_t reserved1, tagREFString text, int32_t reserved2) override;
   HRESULT EndElement() override;
   HRESULT NextChild(IString** name) override;
   HRESULT OpenChild(tagREFString name, IString** text, IDataStream** child, int32_t reserved) override;
-  HRESULT Reserved14() override { return E_NOTIMPL; }
   HRESULT ReadObject(tagREFString name, IUnknown** object) override;
   // IXMLStreamEx
-  HRESULT Reserved16() override { return E_NOTIMPL; }
-  HRESULT Reserved17() override { return E_NOTIMPL; }
-  HRESULT Reserved18() override { return E_NOTIMPL; }
-  HRESULT Reserved19() override { return E_NOTIMPL; }
-  HRESULT Reserved20() override { return E_NOTIMPL; }
   HRESULT SetOptions(int32_t mask, int32_t flags) override;
   // IDataStream: the same text seen as bytes.
   HRESULT Write(const void* data, int32_t byteCount) override;

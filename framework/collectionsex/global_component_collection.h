@@ -8,11 +8,12 @@
 #include <vector>
 
 #include "component_string.h"
+#include "runtime/reserved_slots.h"
 #include "runtime/resource_lock.h"
 #include "sibling_modules.h"
 
 class CGlobalComponentCollection final
-    : public CObjectImpl<CGlobalComponentCollection, IComponentCollection> {
+    : public CObjectImpl<CGlobalComponentCollection, ComponentCollectionSlots> {
  public:
   static constexpr wchar_t kObjectName[] = L"GlobalComponentCollection";
   static constexpr InterfaceEntry<CGlobalComponentCollection> kInterfaces[] = {
@@ -23,16 +24,6 @@ class CGlobalComponentCollection final
   HRESULT get_Count(int32_t* count) override;
   HRESULT GetItem(int32_t handle, IUnknown** item) override;
   HRESULT Find(IString* className, int32_t* handle) override;
-  HRESULT Reserved4() override { return E_NOTIMPL; }
-  HRESULT Reserved5() override { return E_NOTIMPL; }
-  HRESULT Reserved6() override { return E_NOTIMPL; }
-  HRESULT Reserved7() override { return E_NOTIMPL; }
-  HRESULT Reserved8() override { return E_NOTIMPL; }
-  HRESULT Reserved9() override { return E_NOTIMPL; }
-  HRESULT Reserved10() override { return E_NOTIMPL; }
-  HRESULT Reserved11() override { return E_NOTIMPL; }
-  HRESULT Reserved12() override { return E_NOTIMPL; }
-  HRESULT Reserved13() override { return E_NOTIMPL; }
   HRESULT CreateByName(tagREFString className, IID* iid, void** object) override;
 
   void Lock() override { m_Lock.Lock(); }

@@ -99,11 +99,7 @@ class INamedCollectionImpl : public Interface {
     if (!name) return E_POINTER;
     ScopedCLock lock(*this);
     if (!InRange(index)) return E_INVALIDARG;
-    IString* held = m_Items[index]->Name;
-    if (!held) return E_FAIL;
-    *name = held;
-    held->AddRef();
-    return S_OK;
+    return HandOutHeld(m_Items[index]->Name, name);
   }
 
   // Keeps m_Sorted (intended): renaming after a sort leaves the binary search on.
@@ -138,11 +134,7 @@ class INamedCollectionImpl : public Interface {
     if (!attached) return E_POINTER;
     ScopedCLock lock(*this);
     if (!InRange(index)) return E_INVALIDARG;
-    IUnknown* held = m_Items[index]->Attached;
-    if (!held) return E_FAIL;
-    *attached = held;
-    held->AddRef();
-    return S_OK;
+    return HandOutHeld(m_Items[index]->Attached, attached);
   }
 
   HRESULT put_ItemAttached(int32_t index, IUnknown* attached) override {

@@ -89,11 +89,7 @@ HRESULT ParameterStore::ItemAt(int32_t index, IUnknown** item) {
 HRESULT ParameterStore::NameAt(int32_t index, IString** name) {
   if (!name) return E_POINTER;
   if (!InRange(index)) return E_INVALIDARG;
-  IString* held = m_Items[index]->Name;
-  if (!held) return E_FAIL;
-  *name = held;
-  held->AddRef();
-  return S_OK;
+  return HandOutHeld(m_Items[index]->Name, name);
 }
 
 HRESULT ParameterStore::FindIndex(IUnknown* key, int32_t* index) {

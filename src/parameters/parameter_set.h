@@ -146,11 +146,7 @@ class IParametersImpl : public Interface, protected ParameterStore {
     if (!descriptor) return E_POINTER;
     ScopedCollectionLock lock(*this);
     if (!InRange(index)) return E_INVALIDARG;
-    IUnknown* held = m_Items[index]->Descriptor;
-    if (!held) return E_FAIL;
-    *descriptor = held;
-    held->AddRef();
-    return S_OK;
+    return HandOutHeld(m_Items[index]->Descriptor, descriptor);
   }
 
   HRESULT put_ItemDescriptor(int32_t index, IUnknown* descriptor) override {

@@ -64,6 +64,16 @@ class SmartPtr {
   T* m_Pointer = nullptr;
 };
 
+// Hands out a reference that a record holds: E_FAIL when it holds none, else
+// *out receives it with a reference added.
+template <class T>
+HRESULT HandOutHeld(T* held, T** out) {
+  if (!held) return E_FAIL;
+  held->AddRef();
+  *out = held;
+  return S_OK;
+}
+
 // Asks `from` for interface I; null when `from` is null or does not answer.
 template <class I>
 SmartPtr<I> QueryAs(IUnknown* from) {

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "runtime/reserved_slots.h"
 #include "test_support.h"
 
 namespace {
@@ -68,7 +69,7 @@ class CXMLProbe final : public CObjectImpl<CXMLProbe, IDataPersist> {
 };
 
 // Serves "XMLProbe" itself and hands every other class to the framework's collection.
-class CProbeCollection final : public CObjectImpl<CProbeCollection, IComponentCollection> {
+class CProbeCollection final : public CObjectImpl<CProbeCollection, ComponentCollectionSlots> {
  public:
   static constexpr wchar_t kObjectName[] = L"ProbeCollection";
   static constexpr InterfaceEntry<CProbeCollection> kInterfaces[] = {
@@ -77,16 +78,6 @@ class CProbeCollection final : public CObjectImpl<CProbeCollection, IComponentCo
   HRESULT get_Count(int32_t* count) override { return m_Real->get_Count(count); }
   HRESULT GetItem(int32_t handle, IUnknown** item) override { return m_Real->GetItem(handle, item); }
   HRESULT Find(IString* name, int32_t* handle) override { return m_Real->Find(name, handle); }
-  HRESULT Reserved4() override { return E_NOTIMPL; }
-  HRESULT Reserved5() override { return E_NOTIMPL; }
-  HRESULT Reserved6() override { return E_NOTIMPL; }
-  HRESULT Reserved7() override { return E_NOTIMPL; }
-  HRESULT Reserved8() override { return E_NOTIMPL; }
-  HRESULT Reserved9() override { return E_NOTIMPL; }
-  HRESULT Reserved10() override { return E_NOTIMPL; }
-  HRESULT Reserved11() override { return E_NOTIMPL; }
-  HRESULT Reserved12() override { return E_NOTIMPL; }
-  HRESULT Reserved13() override { return E_NOTIMPL; }
   HRESULT CreateByName(tagREFString name, IID* iid, void** object) override {
     if (std::wstring(name.text, static_cast<size_t>(name.length)) == CXMLProbe::kObjectName)
       return CObject<CXMLProbe>::_CreateInstance(nullptr, iid, object);
