@@ -30,5 +30,11 @@ armhf:
 	@cmake --build $(ARMHF_BUILD)
 	@cd $(ARMHF_BUILD) && ctest --output-on-failure -j2
 
+# Benchmarks (speed and memory), built with optimisation in a build folder of their own.
+bench: bootstrap
+	@cmake -S . -B build-bench $(GENERATOR) -DCMAKE_BUILD_TYPE=Release -DPARAMS_BUILD_TESTS=OFF -DPARAMS_BUILD_BENCH=ON >/dev/null
+	@cmake --build build-bench
+	@cd build-bench && for b in bench/*_bench; do ./$$b; done
+
 clean:
 	rm -rf $(BUILD) build-*

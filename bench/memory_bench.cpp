@@ -1,0 +1,62 @@
+// Heap held per parameter of a parameter set and per item of a named
+// collection (names, values, records and lookup index together).
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <string>
+#include <vector>
+
+#include "runtime/module_loader.h"
+#include "strings/ref_string.h"
+
+namespace {
+
+size_t HeapInUse() { return mallinfo2().uordblks; }
+
+SmartPtr<ICreatableString> MakeName(const std::wstring& text) {
+  SmartPtr<ICreatableString> name = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
+  name->SetText({static_cast<int32_t>(text.size()), text.c_str()});
+  return name;
+}
+
+// Every parameter gets its own name string and its own value variant, as a loaded file would give.
+void BM_ParameterSetMemory(benchmark::State& state) {
+  const int64_t count = state.range(0);
+  double bytesPerParameter = 0;
+  for (auto _ : state) {
+    const size_t before = HeapInUse();
+    SmartPtr<IParametersCreatable> set = CreateObjectAs<IParametersCreatable>(L"ParametersCreatable");
+    for (int64_t i = 0; i < count; ++i) {
+      SmartPtr<IVariant> value = SmartPtr<IVariant>::Adopt(CREFString::CreateVariant());
+      value->SetDouble(static_cast<double>(i));
+      set->Add(MakeName(L"param_" + std::to_wstring(i)).get(), value.get(), nullptr, 0);
+    }
+    int32_t index = -1;
+    set->get_Index(MakeName(L"param_1").get(), &index);  // the lookup index exists from here on
+    bytesPerParameter = static_cast<double>(HeapInUse() - before) / static_cast<double>(count);
+  }
+  state.counters["bytes_per_parameter"] = bytesPerParameter;
+}
+BENCHMARK(BM_ParameterSetMemory)->Arg(100000)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+void BM_SuperCollectionMemory(benchmark::State& state) {
+  const int64_t count = state.range(0);
+  double bytesPerItem = 0;
+  for (auto _ : state) {
+    const size_t before = HeapInUse();
+    SmartPtr<ISuperCollection> collection = CreateObjectAs<ISuperCollection>(L"SuperCollection");
+    for (int64_t i = 0; i < count; ++i) {
+      SmartPtr<IVariant> item = SmartPtr<IVariant>::Adopt(CREFString::CreateVariant());
+      collection->Add(MakeName(L"item_" + std::to_wstring(i)).get(), item.get(), nullptr, 0);
+    }
+    int32_t index = -1;
+    collection->get_Index(MakeName(L"item_1").get(), &index);
+    bytesPerItem = static_cast<double>(HeapInUse() - before) / static_cast<double>(count);
+  }
+  state.counters["bytes_per_item"] = bytesPerItem;
+}
+BENCHMARK(BM_SuperCollectionMemory)->Arg(100000)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
