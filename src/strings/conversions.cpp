@@ -127,8 +127,10 @@ wchar_t DecodeUtf8Character(const unsigned char* bytes, int32_t length, int32_t&
 }
 
 // Lower-casing of XMLFindStr: the C library's, for the 8-bit codes only.
+// The code is taken as a 32-bit value so the test reads the same where wchar_t is unsigned (ARM).
 wchar_t FoldForFind(wchar_t c) {
-  return (c >= 0 && c <= 255) ? static_cast<wchar_t>(std::tolower(static_cast<int>(c))) : c;
+  const int32_t code = static_cast<int32_t>(c);
+  return (code >= 0 && code <= 255) ? static_cast<wchar_t>(std::tolower(code)) : c;
 }
 
 }  // namespace
