@@ -2,6 +2,7 @@
 // through the framework (as a host would) and reading them back.
 #pragma once
 
+#include <cwchar>
 #include <string>
 
 #include "runtime/module_loader.h"
@@ -9,6 +10,8 @@
 #include "strings/ref_string.h"
 
 namespace test_support {
+
+inline tagREFString Ref(const std::wstring& text) { return {static_cast<int32_t>(text.size()), text.c_str()}; }
 
 inline SmartPtr<ICreatableString> MakeString(const std::wstring& text) {
   SmartPtr<ICreatableString> result = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
@@ -47,6 +50,37 @@ inline SmartPtr<IVariant> MakeText(const std::wstring& text) {
   SmartPtr<IVariant> v = MakeVariant();
   v->SetString(MakeString(text).get());
   return v;
+}
+
+// A value in short form: "e" empty, "i<integer>", "r<real, all digits>", "t'<text>'", "o<class name>".
+inline std::wstring DescribeValue(IVariant* value) {
+  if (!value) return L"<null>";
+  if (value->IsObject()) {
+    SmartPtr<IUnknown> object;
+    value->GetObject(object.Receive());
+    tagREFString name{0, L""};
+    if (SmartPtr<IObjectInfo> info = QueryAs<IObjectInfo>(object.get())) info->GetName(0, &name);
+    return L"o" + std::wstring(name.text, static_cast<size_t>(name.length));
+  }
+  if (value->IsString()) {
+    SmartPtr<IString> text;
+    value->GetString(text.Receive());
+    return L"t'" + TextOf(text) + L"'";
+  }
+  wchar_t number[40];
+  switch (value->GetType()) {
+    case kVariantInteger: swprintf(number, 40, L"i%d", value->GetLong()); return number;
+    case kVariantReal: swprintf(number, 40, L"r%.17g", value->GetDouble()); return number;
+    default: return L"e";
+  }
+}
+
+// The bytes a data stream holds.
+inline std::string BytesOf(IDataStream* stream) {
+  void* data = nullptr;
+  int32_t size = 0;
+  if (!stream || stream->GetBuffer(&data, &size) < 0) return "<no buffer>";
+  return std::string(static_cast<const char*>(data), static_cast<size_t>(size));
 }
 
 // The reference count of an object, read by an AddRef/Release pair.

@@ -7,7 +7,6 @@
 #include "storage_test_support.h"
 
 using namespace test_support;
-using storage_test::Ref;
 using storage_test::ScratchFile;
 
 namespace {
@@ -38,10 +37,13 @@ class SettingsFile : public ScratchFile {
   }
 };
 
-std::wstring ReadSetting(IRegistry* registry, const std::wstring& section, const std::wstring& name, HRESULT* code) {
+// The value's text; "<not found>" for E_ITEMNOTFOUND with no string, "<result N>" for anything else.
+template <class Settings>
+std::wstring ReadSetting(Settings* settings, const std::wstring& section, const std::wstring& name) {
   SmartPtr<IString> value;
-  *code = registry->GetString(Ref(section), Ref(name), value.Receive());
-  return value ? TextOf(value) : L"<none>";
+  const HRESULT code = settings->GetString(Ref(section), Ref(name), value.Receive());
+  if (code == S_OK) return TextOf(value);
+  return code == E_ITEMNOTFOUND && !value ? L"<not found>" : L"<result " + std::to_wstring(code) + L">";
 }
 
 std::wstring ListOf(IRegistry* registry, const std::wstring& section) {
@@ -53,16 +55,9 @@ std::wstring ListOf(IRegistry* registry, const std::wstring& section) {
     SmartPtr<IVariant> value;
     registry->get_ListName(Ref(section), i, name.Receive());
     registry->get_ListValue(Ref(section), i, value.Receive());
-    SmartPtr<IString> text;
-    if (value && value->IsString()) value->GetString(text.Receive());
-    list += TextOf(name) + L"=" + TextOf(text) + L";";
+    list += TextOf(name) + L"=" + DescribeValue(value.get()) + L";";
   }
   return list;
-}
-
-std::wstring CurrentFolder() {
-  const std::string folder = std::filesystem::canonical(std::filesystem::current_path()).string();
-  return std::wstring(folder.begin(), folder.end());
 }
 
 }  // namespace
@@ -74,30 +69,23 @@ TEST(Registry, ReadsValuesBySectionAndName) {
   struct Case {
     const wchar_t* section;
     const wchar_t* name;
-    HRESULT expected;
-    const wchar_t* text;
+    const wchar_t* expected;
   };
   const Case cases[] = {
-      {L"Workspace", L"InstallPath", S_OK, L"/opt/app"},
-      {L"WORKSPACE", L"installpath", S_OK, L"/opt/app"},  // names are matched without regard to case
-      {L"Workspace", L"AppPath", S_OK, L"/home/u/app"},  // the carriage return is not part of the value
-      {L"UI", L"UIFileArchive_Lean", S_OK, L"0"},
-      {L"Mappings", L"data2", S_OK, L"/mnt/x=y"},       // split at the first "=", blanks trimmed
-      {L"Workspace", L"ActiveWorkspace", S_OK, L"/work/spaces/main.wsp"},  // a repeated section is one section
-      {L"UI", L"Missing", E_ITEMNOTFOUND, L"<none>"},
-      {L"Nowhere", L"AppPath", E_ITEMNOTFOUND, L"<none>"},
+      {L"Workspace", L"InstallPath", L"/opt/app"},
+      {L"WORKSPACE", L"installpath", L"/opt/app"},  // names are matched without regard to case
+      {L"Workspace", L"AppPath", L"/home/u/app"},   // the carriage return is not part of the value
+      {L"UI", L"UIFileArchive_Lean", L"0"},
+      {L"Mappings", L"data2", L"/mnt/x=y"},  // split at the first "=", blanks trimmed
+      {L"Workspace", L"ActiveWorkspace", L"/work/spaces/main.wsp"},  // a repeated section is one section
+      {L"UI", L"Missing", L"<not found>"},
+      {L"Nowhere", L"AppPath", L"<not found>"},
   };
-  for (const Case& c : cases) {
-    HRESULT code = 0;
-    EXPECT_EQ(ReadSetting(registry.get(), c.section, c.name, &code), c.text) << c.section << "/" << c.name;
-    EXPECT_EQ(code, c.expected) << c.section << "/" << c.name;
-  }
-}
+  for (const Case& c : cases)
+    EXPECT_EQ(ReadSetting(registry.get(), c.section, c.name), c.expected) << c.section << "/" << c.name;
 
-TEST(Registry, ListsMappingsInFileOrder) {
-  SettingsFile settings(kSettings);
-  SmartPtr<IRegistry> registry = CreateObjectAs<IRegistry>(L"Registry");
-  EXPECT_EQ(ListOf(registry.get(), L"Mappings"), L"Data=/data/files;data2=/mnt/x=y;Alpha=/alpha;");
+  // Lists keep file order and skip comments and lines without a name or "=".
+  EXPECT_EQ(ListOf(registry.get(), L"Mappings"), L"Data=t'/data/files';data2=t'/mnt/x=y';Alpha=t'/alpha';");
   EXPECT_EQ(ListOf(registry.get(), L"None"), L"");
   SmartPtr<IString> name;
   EXPECT_EQ(registry->get_ListName(Ref(L"Mappings"), 3, name.Receive()), E_INVALIDARG);
@@ -133,14 +121,12 @@ TEST(Registry, MissingFileMeansEmptySettingsAndTheDefaultInstallPath) {
   SettingsFile settings("");
   setenv("PARAMS_SETTINGS", (settings.Path() + ".absent").c_str(), 1);
   SmartPtr<IRegistry> registry = CreateObjectAs<IRegistry>(L"Registry");
-  HRESULT code = 0;
-  EXPECT_EQ(ReadSetting(registry.get(), L"UI", L"UIFileArchive_Lean", &code), L"<none>");
-  EXPECT_EQ(code, E_ITEMNOTFOUND);
+  EXPECT_EQ(ReadSetting(registry.get(), L"UI", L"UIFileArchive_Lean"), L"<not found>");
+  EXPECT_EQ(ReadSetting(registry.get(), L"Workspace", L"AppPath"), L"<not found>");
   EXPECT_EQ(ListOf(registry.get(), L"Mappings"), L"");
   // Tests run in the build folder, which holds _binlinux/.
-  EXPECT_EQ(ReadSetting(registry.get(), L"Workspace", L"InstallPath", &code), CurrentFolder());
-  EXPECT_EQ(code, S_OK);
-  EXPECT_EQ(ReadSetting(registry.get(), L"Workspace", L"AppPath", &code), L"<none>");
+  const std::string folder = std::filesystem::canonical(std::filesystem::current_path()).string();
+  EXPECT_EQ(ReadSetting(registry.get(), L"Workspace", L"InstallPath"), std::wstring(folder.begin(), folder.end()));
 }
 
 TEST(Registry, WritesValuesAndEachObjectReadsTheFileWhenMade) {
@@ -149,10 +135,9 @@ TEST(Registry, WritesValuesAndEachObjectReadsTheFileWhenMade) {
   SmartPtr<IRegistryEx> second = CreateObjectAs<IRegistryEx>(L"Registry");
   EXPECT_EQ(first->SetString(Ref(L"Mappings"), Ref(L"Data"), Ref(L"/d")), S_OK);
   EXPECT_EQ(settings.Read(), "[UI]\nUIFileArchive_Lean=1\n[Mappings]\nData=/d\n");
-  HRESULT code = 0;
-  EXPECT_EQ(ReadSetting(second.get(), L"Mappings", L"Data", &code), L"<none>");
+  EXPECT_EQ(ReadSetting(second.get(), L"Mappings", L"Data"), L"<not found>");
   EXPECT_EQ(second->Reload(), S_OK);
-  EXPECT_EQ(ReadSetting(second.get(), L"Mappings", L"Data", &code), L"/d");
+  EXPECT_EQ(ReadSetting(second.get(), L"Mappings", L"Data"), L"/d");
   EXPECT_EQ(first->SetString(Ref(L"UI"), Ref(L""), Ref(L"x")), E_INVALIDARG);
 }
 
@@ -162,24 +147,20 @@ TEST(ActiveWorkspace, IsOneObjectNamedBySettingsUntilANameIsSet) {
   SmartPtr<IFileArchive> again = CreateObjectAs<IFileArchive>(L"ActiveWorkspace");
   ASSERT_TRUE(workspace);
   EXPECT_TRUE(SameObject(workspace.get(), again.get()));
+  auto names = [&] {
+    SmartPtr<IString> file, name;
+    const HRESULT result = workspace->get_Filename(file.Receive());
+    workspace->get_Name(name.Receive());
+    return result == S_OK ? TextOf(file) + L" " + TextOf(name) : file ? L"<file>" : L"<none>";
+  };
   workspace->put_Filename(nullptr);
-
-  SmartPtr<IString> name;
-  EXPECT_EQ(workspace->get_Filename(name.Receive()), S_OK);
-  EXPECT_EQ(TextOf(name), L"/work/spaces/main.wsp");
-  EXPECT_EQ(workspace->get_Name(name.Receive()), S_OK);
-  EXPECT_EQ(TextOf(name), L"main");
-
+  EXPECT_EQ(names(), L"/work/spaces/main.wsp main");
   again->put_Filename(MakeString(L"/tmp/other/ws").get());
-  EXPECT_EQ(workspace->get_Filename(name.Receive()), S_OK);
-  EXPECT_EQ(TextOf(name), L"/tmp/other/ws");
-  EXPECT_EQ(workspace->get_Name(name.Receive()), S_OK);
-  EXPECT_EQ(TextOf(name), L"ws");
-
+  EXPECT_EQ(names(), L"/tmp/other/ws ws");
   workspace->put_Filename(MakeString(L"").get());
   setenv("PARAMS_SETTINGS", (settings.Path() + ".absent").c_str(), 1);
-  EXPECT_EQ(workspace->get_Filename(name.Receive()), E_FAIL);
-  EXPECT_FALSE(name);
+  EXPECT_EQ(names(), L"<none>");
+
   EXPECT_EQ(workspace->Save(), E_NOTIMPL);
   int32_t value = 0;
   EXPECT_EQ(workspace->Control(4, 9), S_OK);
@@ -193,13 +174,11 @@ TEST(INIFileEx, ReadsChangesListsAndWritesAFile) {
   file.Write("top=level\n[Paths]\nB=2\nA=1\nb=3\n");
   SmartPtr<IINIFileEx> ini = CreateObjectAs<IINIFileEx>(L"INIFileEx");
   ASSERT_TRUE(ini);
+  EXPECT_EQ(ini->Save(), E_FAIL);  // no file opened yet
+  EXPECT_EQ(ini->Open(nullptr), E_INVALIDARG);
   ASSERT_EQ(ini->Open(file.Name().get()), S_OK);
-
-  SmartPtr<IString> value;
-  EXPECT_EQ(ini->GetString(Ref(L"paths"), Ref(L"b"), value.Receive()), S_OK);
-  EXPECT_EQ(TextOf(value), L"2");  // of two lines with one name, the first is found
-  EXPECT_EQ(ini->GetString(Ref(L""), Ref(L"top"), value.Receive()), S_OK);
-  EXPECT_EQ(TextOf(value), L"level");
+  EXPECT_EQ(ReadSetting(ini.get(), L"paths", L"b"), L"2");  // of two lines with one name, the first is found
+  EXPECT_EQ(ReadSetting(ini.get(), L"", L"top"), L"level");
 
   EXPECT_EQ(ini->SetString(Ref(L"Paths"), Ref(L"A"), Ref(L"one = 1, two")), S_OK);
   EXPECT_EQ(ini->SetString(Ref(L"New"), Ref(L"Key"), Ref(L"v")), S_OK);
@@ -208,7 +187,7 @@ TEST(INIFileEx, ReadsChangesListsAndWritesAFile) {
   int32_t count = 0;
   ini->get_SectionCount(Ref(L"Paths"), &count);
   EXPECT_EQ(count, 1);
-  SmartPtr<IString> name;
+  SmartPtr<IString> name, value;
   ini->get_SectionName(Ref(L"Paths"), 0, name.Receive());
   ini->get_SectionValue(Ref(L"Paths"), 0, value.Receive());
   EXPECT_EQ(TextOf(name) + L"=" + TextOf(value), L"A=one = 1, two");
@@ -218,15 +197,12 @@ TEST(INIFileEx, ReadsChangesListsAndWritesAFile) {
 
   SmartPtr<IINIFileEx> reopened = CreateObjectAs<IINIFileEx>(L"INIFileEx");
   reopened->Open(file.Name().get());
-  EXPECT_EQ(reopened->GetString(Ref(L"Paths"), Ref(L"A"), value.Receive()), S_OK);
-  EXPECT_EQ(TextOf(value), L"one = 1, two");
+  EXPECT_EQ(ReadSetting(reopened.get(), L"Paths", L"A"), L"one = 1, two");
 }
 
-TEST(INIFileEx, MissingFileIsEmptyAndUnnamedFilesAreRefused) {
+TEST(INIFileEx, AMissingFileIsEmptyAndNewValuesAreWrittenAsUtf8) {
   ScratchFile file("inifile-missing");
   SmartPtr<IINIFileEx> ini = CreateObjectAs<IINIFileEx>(L"INIFileEx");
-  EXPECT_EQ(ini->Save(), E_FAIL);  // no file opened yet
-  EXPECT_EQ(ini->Open(nullptr), E_INVALIDARG);
   ASSERT_EQ(ini->Open(file.Name().get()), S_OK);
   int32_t count = -1;
   ini->get_SectionCount(Ref(L"Any"), &count);
