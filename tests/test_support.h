@@ -2,6 +2,7 @@
 // through the framework (as a host would) and reading them back.
 #pragma once
 
+#include <cstdio>
 #include <cwchar>
 #include <string>
 
@@ -30,6 +31,12 @@ inline std::wstring TextOf(IString* text) {
 template <class I>
 std::wstring TextOf(const SmartPtr<I>& text) {
   return TextOf(static_cast<IString*>(text.get()));
+}
+
+// Another reference to the same object, held as IUnknown.
+template <class I>
+SmartPtr<IUnknown> AsUnknown(const SmartPtr<I>& object) {
+  return SmartPtr<IUnknown>(object.get());
 }
 
 inline SmartPtr<IVariant> MakeVariant() { return SmartPtr<IVariant>::Adopt(CREFString::CreateVariant()); }
@@ -81,6 +88,17 @@ inline std::string BytesOf(IDataStream* stream) {
   int32_t size = 0;
   if (!stream || stream->GetBuffer(&data, &size) < 0) return "<no buffer>";
   return std::string(static_cast<const char*>(data), static_cast<size_t>(size));
+}
+
+// Bytes in hexadecimal, each after a blank: " 00 FF".
+inline std::string HexOf(const void* data, size_t size) {
+  std::string hex;
+  char digits[5];
+  for (size_t i = 0; i < size; ++i) {
+    std::snprintf(digits, sizeof(digits), " %02X", static_cast<const unsigned char*>(data)[i]);
+    hex += digits;
+  }
+  return hex;
 }
 
 // The reference count of an object, read by an AddRef/Release pair.

@@ -96,14 +96,14 @@ TEST(ParameterTextStreams, ReadingFollowsTheLineAndFieldRules) {
   }
 }
 
-TEST(CSVStream, WritesTheTextItIsGivenWithDoubledLengths) {
-  ScratchFile file("params-csv-write");
-  SmartPtr<ICSVStream> stream = CreateObjectAs<ICSVStream>(L"CSVStream");
+TEST(CSVStream, WritesTheTextItIsGivenAndLoadsOnlyIntoASet) {
+  ScratchFile file("params-csv-write"), missing("params-csv-missing");
+  SmartPtr<IParameterTextStream> stream = StreamFor(L"CSVStream", nullptr);
   ASSERT_TRUE(stream);
   // The pieces a set's CSV writer sends: each length is twice its character count.
   for (const wchar_t* piece : {L"a", L"=", L"1,x", L",", L"b=2"})
     ASSERT_EQ(stream->WriteText(piece, static_cast<int32_t>(2 * wcslen(piece))), S_OK);
-  EXPECT_EQ(QueryAs<IDataStream>(stream.get())->Write(L"!ignored", 2), S_OK);  // one character
+  EXPECT_EQ(stream->Write(L"!ignored", 2), S_OK);  // one character
   const wchar_t* text = nullptr;
   int32_t length = 0;
   stream->GetText(&text, &length);
@@ -111,16 +111,11 @@ TEST(CSVStream, WritesTheTextItIsGivenWithDoubledLengths) {
   EXPECT_EQ(stream->WriteText(L"x", -2), E_INVALIDARG);
   ASSERT_EQ(stream->Save(file.Name().get(), 0), S_OK);  // without a set: the pending text
   EXPECT_EQ(file.Read(), "a=1,x,b=2!\n");
-}
 
-TEST(CSVStream, LoadNeedsASetAndAFile) {
-  ScratchFile missing("params-csv-missing");
-  SmartPtr<IParameterTextStream> stream = StreamFor(L"CSVStream", nullptr);
-  EXPECT_EQ(stream->Load(missing.Name().get(), 0), E_FAIL);  // no set
-  SmartPtr<IParameters> set = NewSet();
+  EXPECT_EQ(stream->Load(file.Name().get(), 0), E_FAIL) << "no set to load into";
+  SmartPtr<IParameters> set = NewSet(), held;
   stream->put_Parameters(set.get());
   EXPECT_EQ(stream->Load(missing.Name().get(), 0), E_FAIL);
-  SmartPtr<IParameters> held;
   EXPECT_EQ(stream->get_Parameters(held.Receive()), S_OK);
   EXPECT_TRUE(SameObject(held.get(), set.get()));
 }

@@ -1,4 +1,4 @@
-// "XMLProbe": an object of the XML tests that saves given elements and records what it is asked to load.
+// "XMLProbe": an object of the XML tests that records what it is asked to load.
 #pragma once
 
 #include <string>
@@ -13,17 +13,8 @@ class CXMLProbe final : public CObjectImpl<CXMLProbe, IDataPersist> {
       {&IID_IObjectInfo, InterfaceOf<CXMLProbe, IObjectInfo>},
       {&IID_IDataPersist, InterfaceOf<CXMLProbe, IDataPersist>},
   };
-  // Writes one element per "name=text" child.
-  HRESULT Save(IDataStream* stream, int32_t) override {
-    SmartPtr<IXMLStream> xml = QueryAs<IXMLStream>(stream);
-    if (!xml) return E_NOINTERFACE;
-    for (const std::wstring& child : m_Children) {
-      const size_t split = child.find(L'=');
-      xml->WriteElement(test_support::Ref(child.substr(0, split)), 0, test_support::Ref(child.substr(split + 1)), 0);
-    }
-    return S_OK;
-  }
-  // Records the flags and every child as "name=text", then answers m_Result.
+  HRESULT Save(IDataStream*, int32_t) override { return E_NOTIMPL; }
+  // Records the flags and every child as "name=text", walking them as readers do, then answers m_Result.
   HRESULT Load(IDataStream* stream, int32_t flags) override {
     m_Flags = flags;
     m_Children.clear();
@@ -41,3 +32,10 @@ class CXMLProbe final : public CObjectImpl<CXMLProbe, IDataPersist> {
   std::vector<std::wstring> m_Children;
   HRESULT m_Result = S_OK;
 };
+
+// The children of an XML stream as "name=text", in document order.
+inline std::vector<std::wstring> ChildrenOf(IUnknown* stream) {
+  SmartPtr<CXMLProbe> probe = NewObject<CXMLProbe>();
+  probe->Load(QueryAs<IDataStream>(stream).get(), 0);
+  return probe->m_Children;
+}

@@ -2,29 +2,17 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdio>
 #include <string>
 
 #include "identities.h"
+#include "test_support.h"
 
 namespace {
 
-std::string Hex(const IID& iid) {
-  std::string text;
-  char buffer[4];
-  for (unsigned char b : iid.bytes) {
-    std::snprintf(buffer, sizeof(buffer), "%02X ", b);
-    text += buffer;
-  }
-  return text;
-}
+std::string Hex(const IID& iid) { return test_support::HexOf(iid.bytes, sizeof(iid.bytes)); }
 
 // The hexadecimal form of 16 bytes given as a list (missing ones are zero).
-std::string HexOfBytes(const std::array<unsigned char, 16>& bytes) {
-  IID iid{};
-  std::copy(bytes.begin(), bytes.end(), iid.bytes);
-  return Hex(iid);
-}
+std::string HexOfBytes(const std::array<unsigned char, 16>& bytes) { return test_support::HexOf(bytes.data(), 16); }
 
 // The worked examples, and the named constants made by the same rule.
 TEST(Identity, WorkedExamples) {
