@@ -23,7 +23,6 @@ std::vector<double> NumbersOf(IDblVector* buffer) {
 TEST(DblBufferTest, AppendsAndInsertsByPosition) {
   SmartPtr<IDblVector> buffer = SmartPtr<IDblVector>::Adopt(BASEObject::CreateDBLBuffer());
   ASSERT_TRUE(buffer);
-  EXPECT_EQ(buffer->Reserve(100), S_OK);
   struct Case {
     double value;
     int32_t position;

@@ -76,7 +76,6 @@ TEST(StringCollectionTest, WholeTextResetAndBadIndices) {
   EXPECT_EQ(lines->get_Item(-1, item.Receive()), E_INVALIDARG);
   EXPECT_FALSE(item);
   EXPECT_EQ(lines->get_Item(0, nullptr), E_POINTER);
-  EXPECT_EQ(lines->Reserved3(), E_NOTIMPL);
 
   EXPECT_EQ(lines->Reset(0), S_OK);
   EXPECT_EQ(LinesOf(lines.get()), Lines{});

@@ -10,21 +10,6 @@ namespace {
 
 using namespace test_support;
 
-// An object that shows a text through IString but is no framework string (as an expression does).
-class CShownText final : public CObjectImpl<CShownText, IString> {
- public:
-  static constexpr wchar_t kObjectName[] = L"ShownText";
-  static constexpr InterfaceEntry<CShownText> kInterfaces[] = {
-      {&IID_IObjectInfo, InterfaceOf<CShownText, IObjectInfo>},
-      {&IID_IString, InterfaceOf<CShownText, IString>},
-  };
-  HRESULT GetBuffer(const wchar_t** text, int32_t* length) override {
-    *text = L"shown";
-    *length = 5;
-    return S_OK;
-  }
-};
-
 // A text converts to the number at its start (blanks, sign, digits, fraction, exponent); a real converts to
 // an integer toward zero, saturating, NaN giving 0.
 TEST(Variant, NumbersFromTextsAndReals) {
@@ -73,7 +58,6 @@ TEST(Variant, SettersAndAssignReplaceTheValue) {
       {"null", SmartPtr<IUnknown>(), L"e", kVariantNotNumber},
       {"framework string", AsUnknown(MakeString(L"from a string")), L"t'from a string'", kVariantNotNumber},
       {"other object", AsUnknown(collection), L"oGlobalComponentCollection", kVariantNotNumber},
-      {"shows a text", SmartPtr<IUnknown>(NewObject<CShownText>()->GetUnknown()), L"oShownText", kVariantNotNumber},
       {"value holding an object", AsUnknown(holding), L"oGlobalComponentCollection", kVariantNotNumber},
   };
   for (const Case& c : cases) {
