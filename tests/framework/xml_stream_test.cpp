@@ -119,8 +119,12 @@ TEST_F(XMLStreamTest, NamesAndTextsAreEscapedAndRoundTrip) {
   EXPECT_EQ(BufferOf(stream.get()), L"<a>xy</a>\r\n") << "zero characters are left out";
 }
 
-TEST_F(XMLStreamTest, LayoutIndentsUnlessLean) {
+const std::wstring kProlog = L"<?xml version=\"1.0\"?>\r\n<?xml-stylesheet href=\"generic.xsl\" type=\"text/xsl\"?>\r\n";
+
+// Raw text stays where it was written, in order with the elements.
+TEST_F(XMLStreamTest, LayoutIndentsUnlessLeanAndKeepsRawText) {
   auto write = [](IXMLStream* stream) {
+    EXPECT_EQ(stream->WriteRawText(kProlog.c_str(), -1, 0), S_OK);  // a negative count: up to the zero
     stream->BeginElement(RefOf(L"params"), 0, 0);
     stream->WriteElement(RefOf(L"a"), 0, RefOf(L"1"), 0);
     stream->BeginElement(RefOf(L"b"), 0, 0);
@@ -133,27 +137,18 @@ TEST_F(XMLStreamTest, LayoutIndentsUnlessLean) {
   };
   SmartPtr<IXMLStream> indented = NewStream();
   write(indented.get());
-  EXPECT_EQ(BufferOf(indented.get()),
-            L"<params>\r\n  <a>1</a>\r\n  <b>\r\n    <Value>2</Value>\r\n  </b>\r\n  <empty></empty>\r\n</params>\r\n");
-
+  EXPECT_EQ(BufferOf(indented.get()), kProlog + L"<params>\r\n  <a>1</a>\r\n  <b>\r\n    <Value>2</Value>\r\n  </b>\r\n"
+                                                L"  <empty></empty>\r\n</params>\r\n");
   SmartPtr<IXMLStreamEx> lean = CreateObjectAs<IXMLStreamEx>(L"XMLStreamEx");
   ASSERT_TRUE(lean);
   ASSERT_EQ(lean->SetOptions(-1, kXMLOptionLean), S_OK);
   write(lean.get());
-  EXPECT_EQ(BufferOf(lean.get()), L"<params><a>1</a><b><Value>2</Value></b><empty></empty></params>");
+  EXPECT_EQ(BufferOf(lean.get()), kProlog + L"<params><a>1</a><b><Value>2</Value></b><empty></empty></params>");
 }
 
-TEST_F(XMLStreamTest, PrologIsKeptAndSteppedOver) {
-  const std::wstring prolog = L"<?xml version=\"1.0\"?>\r\n<?xml-stylesheet href=\"generic.xsl\" type=\"text/xsl\"?>\r\n";
-  SmartPtr<IXMLStream> writer = NewStream();
-  ASSERT_EQ(writer->WriteRawText(prolog.c_str(), static_cast<int32_t>(prolog.size() * sizeof(wchar_t)), 0), S_OK);
-  writer->BeginElement(RefOf(L"ParametersCreatable"), 0, 0);
-  writer->WriteElement(RefOf(L"speed"), 0, RefOf(L"3"), 0);
-  writer->EndElement();
-  const std::wstring written = BufferOf(writer.get());
-  EXPECT_EQ(written, prolog + L"<ParametersCreatable>\r\n  <speed>3</speed>\r\n</ParametersCreatable>\r\n");
+TEST_F(XMLStreamTest, PrologIsListedAndSteppedOver) {
+  const std::wstring written = kProlog + L"<ParametersCreatable>\r\n  <speed>3</speed>\r\n</ParametersCreatable>\r\n";
   EXPECT_EQ(ChildNames(StreamOn(written).get()), (Names{L"?xml", L"?xml-stylesheet", L"ParametersCreatable"}));
-
   // Step over, then open the first remaining child by an empty name; or take the next child ("?xml"),
   // step over the rest, and the next is the element.
   SmartPtr<IXMLStream> reader = StreamOn(written), walker = StreamOn(written);
