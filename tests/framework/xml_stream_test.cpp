@@ -6,13 +6,12 @@
 
 #include "runtime/reserved_slots.h"
 #include "test_support.h"
-#include "xml_probe.h"
+#include "xml_test_support.h"
 
 namespace {
 
 using test_support::Ref;
 using test_support::TextOf;
-using Names = std::vector<std::wstring>;
 
 std::wstring BufferOf(IXMLStream* stream) {
   void* data = nullptr;
@@ -23,10 +22,11 @@ std::wstring BufferOf(IXMLStream* stream) {
 
 SmartPtr<IXMLStream> NewStream() { return CreateObjectAs<IXMLStream>(L"XMLStream"); }
 
-SmartPtr<IXMLStream> StreamOn(const std::wstring& text, HRESULT* result = nullptr) {
+// A stream whose content is `text`; `loaded` receives the result of loading it.
+SmartPtr<IXMLStream> StreamOn(const std::wstring& text, HRESULT* loaded = nullptr) {
   SmartPtr<IXMLStream> stream = NewStream();
-  const HRESULT loaded = stream->LoadContent(text.c_str(), static_cast<int32_t>(text.size() * sizeof(wchar_t)), 0);
-  if (result) *result = loaded;
+  const HRESULT result = stream->LoadContent(text.c_str(), static_cast<int32_t>(text.size() * sizeof(wchar_t)), 0);
+  if (loaded) *loaded = result;
   return stream;
 }
 
@@ -118,8 +118,6 @@ TEST_F(XMLStreamTest, NamesAndTextsAreEscapedAndRoundTrip) {
   stream->WriteElement(RefOf(L"a"), 0, Ref(std::wstring(L"x\0y", 3)), 0);
   EXPECT_EQ(BufferOf(stream.get()), L"<a>xy</a>\r\n") << "zero characters are left out";
 }
-
-const std::wstring kProlog = L"<?xml version=\"1.0\"?>\r\n<?xml-stylesheet href=\"generic.xsl\" type=\"text/xsl\"?>\r\n";
 
 // Raw text stays where it was written, in order with the elements.
 TEST_F(XMLStreamTest, LayoutIndentsUnlessLeanAndKeepsRawText) {

@@ -74,7 +74,7 @@ TEST(CreateObject, ByClassNameThroughTheCollection) {
   };
   for (const Case& c : cases) {
     IID iid = *c.iid;
-    SmartPtr<IUnknown> object = SmartPtr<IUnknown>::Adopt(static_cast<IUnknown*>(CreateObject(RefOf(c.className), &iid)));
+    auto object = SmartPtr<IUnknown>::Adopt(static_cast<IUnknown*>(CreateObject(RefOf(c.className), &iid)));
     ASSERT_EQ(static_cast<bool>(object), c.created) << testing::PrintToString(std::wstring(c.className));
     EXPECT_EQ(object ? RefCountOf(object.get()) : 1u, 1u) << "one reference for the caller";
   }

@@ -1,10 +1,16 @@
-// "XMLProbe": an object of the XML tests that records what it is asked to load.
+// Helpers of the XML tests: the prolog the file archive writes, and "XMLProbe", an object that records what
+// it is asked to load.
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "test_support.h"
+
+using Names = std::vector<std::wstring>;
+
+const std::wstring kProlog =
+    L"<?xml version=\"1.0\"?>\r\n<?xml-stylesheet href=\"generic.xsl\" type=\"text/xsl\"?>\r\n";
 
 class CXMLProbe final : public CObjectImpl<CXMLProbe, IDataPersist> {
  public:
@@ -29,12 +35,12 @@ class CXMLProbe final : public CObjectImpl<CXMLProbe, IDataPersist> {
     return m_Result;
   }
   int32_t m_Flags = -1;
-  std::vector<std::wstring> m_Children;
+  Names m_Children;
   HRESULT m_Result = S_OK;
 };
 
 // The children of an XML stream as "name=text", in document order.
-inline std::vector<std::wstring> ChildrenOf(IUnknown* stream) {
+inline Names ChildrenOf(IUnknown* stream) {
   SmartPtr<CXMLProbe> probe = NewObject<CXMLProbe>();
   probe->Load(QueryAs<IDataStream>(stream).get(), 0);
   return probe->m_Children;
