@@ -16,6 +16,7 @@ SmartPtr<IFolderStream> NewFolderStream() { return CreateObjectAs<IFolderStream>
 // contents indented.
 std::wstring Dump(IUnknown* stream, const std::wstring& indent = L"") {
   SmartPtr<ISuperCollection> folder = QueryAs<ISuperCollection>(stream);
+  if (!folder) return L"<not a collection>";
   int32_t count = 0;
   folder->get_Count(&count);
   std::wstring dump;

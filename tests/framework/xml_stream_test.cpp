@@ -32,6 +32,7 @@ SmartPtr<IXMLStream> StreamOn(const std::wstring& text, HRESULT* loaded = nullpt
 
 // Names of the children, in order, read with NextChild.
 Names ChildNames(IXMLStream* stream) {
+  if (!stream) return {L"<no stream>"};
   Names names;
   SmartPtr<IString> name;
   while (stream->NextChild(name.Receive()) >= 0) names.push_back(TextOf(name));
