@@ -1,5 +1,4 @@
-// Helpers of the XML tests: the prolog the file archive writes, and "XMLProbe", an object that records what
-// it is asked to load.
+// Helpers of the XML tests: the file archive's prolog and "XMLProbe", which records what it is asked to load.
 #pragma once
 
 #include <string>
