@@ -1,4 +1,4 @@
-// Helpers of the storage tests: counted views of test text and scratch files.
+// Helpers of the storage tests: scratch files.
 #pragma once
 
 #include <unistd.h>
@@ -12,8 +12,6 @@
 #include "test_support.h"
 
 namespace storage_test {
-
-inline tagREFString Ref(const std::wstring& text) { return {static_cast<int32_t>(text.size()), text.c_str()}; }
 
 // A file name in the temporary folder, unique to this process; removed when it goes.
 class ScratchFile {

@@ -2,6 +2,8 @@
 // through the framework (as a host would) and reading them back.
 #pragma once
 
+#include <cstdio>
+#include <cwchar>
 #include <string>
 
 #include "runtime/module_loader.h"
@@ -9,6 +11,8 @@
 #include "strings/ref_string.h"
 
 namespace test_support {
+
+inline tagREFString Ref(const std::wstring& text) { return {static_cast<int32_t>(text.size()), text.c_str()}; }
 
 inline SmartPtr<ICreatableString> MakeString(const std::wstring& text) {
   SmartPtr<ICreatableString> result = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
@@ -29,6 +33,12 @@ std::wstring TextOf(const SmartPtr<I>& text) {
   return TextOf(static_cast<IString*>(text.get()));
 }
 
+// Another reference to the same object, held as IUnknown.
+template <class I>
+SmartPtr<IUnknown> AsUnknown(const SmartPtr<I>& object) {
+  return SmartPtr<IUnknown>(object.get());
+}
+
 inline SmartPtr<IVariant> MakeVariant() { return SmartPtr<IVariant>::Adopt(CREFString::CreateVariant()); }
 
 inline SmartPtr<IVariant> MakeLong(int32_t value) {
@@ -47,6 +57,48 @@ inline SmartPtr<IVariant> MakeText(const std::wstring& text) {
   SmartPtr<IVariant> v = MakeVariant();
   v->SetString(MakeString(text).get());
   return v;
+}
+
+// A value in short form: "e" empty, "i<integer>", "r<real, all digits>", "t'<text>'", "o<class name>".
+inline std::wstring DescribeValue(IVariant* value) {
+  if (!value) return L"<null>";
+  if (value->IsObject()) {
+    SmartPtr<IUnknown> object;
+    value->GetObject(object.Receive());
+    tagREFString name{0, L""};
+    if (SmartPtr<IObjectInfo> info = QueryAs<IObjectInfo>(object.get())) info->GetName(0, &name);
+    return L"o" + std::wstring(name.text, static_cast<size_t>(name.length));
+  }
+  if (value->IsString()) {
+    SmartPtr<IString> text;
+    value->GetString(text.Receive());
+    return L"t'" + TextOf(text) + L"'";
+  }
+  wchar_t number[40];
+  switch (value->GetType()) {
+    case kVariantInteger: swprintf(number, 40, L"i%d", value->GetLong()); return number;
+    case kVariantReal: swprintf(number, 40, L"r%.17g", value->GetDouble()); return number;
+    default: return L"e";
+  }
+}
+
+// The bytes a data stream holds.
+inline std::string BytesOf(IDataStream* stream) {
+  void* data = nullptr;
+  int32_t size = 0;
+  if (!stream || stream->GetBuffer(&data, &size) < 0) return "<no buffer>";
+  return std::string(static_cast<const char*>(data), static_cast<size_t>(size));
+}
+
+// Bytes in hexadecimal, each after a blank: " 00 FF".
+inline std::string HexOf(const void* data, size_t size) {
+  std::string hex;
+  char digits[5];
+  for (size_t i = 0; i < size; ++i) {
+    std::snprintf(digits, sizeof(digits), " %02X", static_cast<const unsigned char*>(data)[i]);
+    hex += digits;
+  }
+  return hex;
 }
 
 // The reference count of an object, read by an AddRef/Release pair.

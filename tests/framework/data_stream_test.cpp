@@ -1,17 +1,25 @@
 // "DataStream" (a byte buffer) and "ASCIIStream" (XML text to UTF-8 bytes).
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "test_support.h"
 
 namespace {
 
-std::string BytesOf(IDataStream* stream) {
-  void* data = nullptr;
-  int32_t size = 0;
-  if (stream->GetBuffer(&data, &size) < 0) return "<no buffer>";
-  return std::string(static_cast<const char*>(data), static_cast<size_t>(size));
+using test_support::BytesOf;
+
+// What each read of up to 3 bytes gives, joined with "|", until a read gives nothing (at most 10 reads).
+std::string ReadInThrees(IDataStream* stream) {
+  std::string reads;
+  char piece[3];
+  int32_t read = 0;
+  for (int i = 0; i < 10 && stream->Read(piece, 3, &read) == S_OK; ++i) {
+    reads += std::string(piece, static_cast<size_t>(std::clamp(read, 0, 3))) + "|";
+    if (read == 0) break;
+  }
+  return reads;
 }
 
 TEST(DataStreamTest, WritesReadsAndResets) {
@@ -21,25 +29,12 @@ TEST(DataStreamTest, WritesReadsAndResets) {
   EXPECT_EQ(stream->Write("de", 2), S_OK);
   EXPECT_EQ(stream->Write(nullptr, 0), S_OK);
   EXPECT_EQ(BytesOf(stream.get()), "abcde");
-
-  char piece[4] = {};
-  int32_t read = -1;
-  EXPECT_EQ(stream->Read(piece, 3, &read), S_OK);
-  EXPECT_EQ(std::string(piece, static_cast<size_t>(read)), "abc");
-  EXPECT_EQ(stream->Read(piece, 4, &read), S_OK);
-  EXPECT_EQ(std::string(piece, static_cast<size_t>(read)), "de") << "a read stops at the end";
-  EXPECT_EQ(stream->Read(piece, 4, &read), S_OK);
-  EXPECT_EQ(read, 0);
-
+  EXPECT_EQ(ReadInThrees(stream.get()), "abc|de||") << "a read stops at the end";
   EXPECT_EQ(stream->Reset(), S_OK);
   EXPECT_EQ(BytesOf(stream.get()), "");
   stream->Write("xy", 2);
-  EXPECT_EQ(stream->Read(piece, 4, &read), S_OK);
-  EXPECT_EQ(std::string(piece, static_cast<size_t>(read)), "xy") << "reset rewinds the read position";
-}
+  EXPECT_EQ(ReadInThrees(stream.get()), "xy||") << "reset rewinds the read position";
 
-TEST(DataStreamTest, BadArgumentsAreRefused) {
-  SmartPtr<IDataStream> stream = CreateObjectAs<IDataStream>(L"DataStream");
   int32_t read = 0;
   char byte = 0;
   EXPECT_EQ(stream->Write("a", -1), E_INVALIDARG);
@@ -48,7 +43,7 @@ TEST(DataStreamTest, BadArgumentsAreRefused) {
   EXPECT_EQ(stream->Read(nullptr, 1, &read), E_POINTER);
   EXPECT_EQ(stream->Read(&byte, 1, nullptr), E_POINTER);
   EXPECT_EQ(stream->GetBuffer(nullptr, &read), E_POINTER);
-  EXPECT_EQ(BytesOf(stream.get()), "");
+  EXPECT_EQ(BytesOf(stream.get()), "xy");
 }
 
 TEST(ASCIIStreamTest, XMLTextBecomesUtf8) {
@@ -73,15 +68,10 @@ TEST(ASCIIStreamTest, XMLTextBecomesUtf8) {
     EXPECT_EQ(ascii->Transform(xml.get(), bytes.get()), S_OK);
     EXPECT_EQ(BytesOf(bytes.get()), "=" + c.bytes) << "appended to what the target held";
   }
-}
-
-TEST(ASCIIStreamTest, OnlyXMLStreamsAreTransformed) {
-  SmartPtr<IStreamTransform> ascii = CreateObjectAs<IStreamTransform>(L"ASCIIStream");
   SmartPtr<IDataStream> bytes = CreateObjectAs<IDataStream>(L"DataStream");
-  EXPECT_EQ(ascii->Transform(bytes.get(), bytes.get()), E_NOINTERFACE);
+  EXPECT_EQ(ascii->Transform(bytes.get(), bytes.get()), E_NOINTERFACE) << "only XML streams are transformed";
   EXPECT_EQ(ascii->Transform(nullptr, bytes.get()), E_POINTER);
-  SmartPtr<IXMLStream> xml = CreateObjectAs<IXMLStream>(L"XMLStream");
-  EXPECT_EQ(ascii->Transform(xml.get(), nullptr), E_POINTER);
+  EXPECT_EQ(ascii->Transform(CreateObjectAs<IXMLStream>(L"XMLStream").get(), nullptr), E_POINTER);
 }
 
 }  // namespace

@@ -1,42 +1,19 @@
 // "FolderStream" and "FileInfo" through the framework: round trips, order, objects, and refusal of corrupt images.
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstring>
 #include <limits>
 
 #include "storage_test_support.h"
 
 using namespace test_support;
-using storage_test::Ref;
 using storage_test::ScratchFile;
 
 namespace {
 
 SmartPtr<IFolderStream> NewFolderStream() { return CreateObjectAs<IFolderStream>(L"FolderStream"); }
 
-std::wstring DescribeVariant(IVariant* value) {
-  if (value->IsObject()) {
-    SmartPtr<IUnknown> object;
-    value->GetObject(object.Receive());
-    tagREFString name{0, nullptr};
-    if (SmartPtr<IObjectInfo> info = QueryAs<IObjectInfo>(object.get())) info->GetName(0, &name);
-    return L"object " + std::wstring(name.text, static_cast<size_t>(name.length));
-  }
-  if (value->IsString()) {
-    SmartPtr<IString> text;
-    value->GetString(text.Receive());
-    return L"text '" + TextOf(text) + L"'";
-  }
-  wchar_t number[64];
-  switch (value->GetType()) {
-    case kVariantInteger: swprintf(number, 64, L"int %d", value->GetLong()); return number;
-    case kVariantReal: swprintf(number, 64, L"real %.17g", value->GetDouble()); return number;
-    default: return L"empty";
-  }
-}
-
-// The folder's entries through its collection view, one per line, sub-folders indented.
+// The folder's entries through its collection view, one "name=value" line each, sub-folders and object
+// contents indented.
 std::wstring Dump(IUnknown* stream, const std::wstring& indent = L"") {
   SmartPtr<ISuperCollection> folder = QueryAs<ISuperCollection>(stream);
   if (!folder) return L"<not a collection>";
@@ -45,33 +22,33 @@ std::wstring Dump(IUnknown* stream, const std::wstring& indent = L"") {
   std::wstring dump;
   for (int32_t i = 0; i < count; ++i) {
     SmartPtr<IString> name;
-    SmartPtr<IUnknown> item;
+    SmartPtr<IUnknown> item, attached;
     int32_t kind = 0;
     folder->get_ItemName(i, name.Receive());
     folder->get_ItemFlags(i, &kind);
     EXPECT_EQ(folder->get_Item(i, item.Receive()), S_OK) << i;
-    dump += indent + TextOf(name) + L": ";
+    // Only an object entry has an attached item: its class name.
+    EXPECT_EQ(folder->get_ItemAttached(i, attached.Receive()), kind == kFolderEntryObject ? S_OK : E_FAIL) << i;
+    dump += indent + TextOf(name) + L"=";
     if (kind == kFolderEntryValue) {
-      dump += DescribeVariant(QueryAs<IVariant>(item.get()).get()) + L"\n";
+      dump += DescribeValue(QueryAs<IVariant>(item.get()).get()) + L"\n";
     } else if (kind == kFolderEntryBinary) {
-      void* bytes = nullptr;
-      int32_t length = 0;
-      QueryAs<IDataStream>(item.get())->GetBuffer(&bytes, &length);
-      dump += L"bytes";
-      for (int32_t k = 0; k < length; ++k) {
-        wchar_t hex[4];
-        swprintf(hex, 4, L" %02x", static_cast<unsigned char*>(bytes)[k]);
-        dump += hex;
-      }
-      dump += L"\n";
+      const std::string bytes = BytesOf(QueryAs<IDataStream>(item.get()).get());
+      const std::string hex = HexOf(bytes.data(), bytes.size());
+      dump += L"bytes" + std::wstring(hex.begin(), hex.end()) + L"\n";
     } else {
-      SmartPtr<IUnknown> attached;
-      folder->get_ItemAttached(i, attached.Receive());
-      dump += kind == kFolderEntryObject ? L"object " + TextOf(QueryAs<IString>(attached.get())) + L"\n" : L"folder\n";
+      dump += (kind == kFolderEntryObject ? L"object " + TextOf(QueryAs<IString>(attached.get())) : L"folder") + L"\n";
       dump += Dump(item.get(), indent + L"  ");
     }
   }
   return dump;
+}
+
+// An object as a folder stream records it: its class and what it saves.
+std::wstring DumpObject(IUnknown* object) {
+  SmartPtr<IFolderStream> folder = NewFolderStream();
+  folder->WriteObject(Ref(L"o"), object, 0);
+  return Dump(folder.get());
 }
 
 SmartPtr<IFileInfo> MakeFileInfo(const std::wstring& fileName, const std::wstring& objectClass, int32_t version) {
@@ -104,209 +81,128 @@ void FillSample(IFolderStream* root) {
 }
 
 const wchar_t kSampleDump[] =
-    L"empty: empty\n"
-    L"min: int -2147483648\n"
-    L"real: real -1.5000000000000001e+300\n"
-    L"negative zero: real -0\n"
-    L"Größe \U0001F600: text 'ü = \U00010348, 😀'\n"
-    L"held object: object FileInfo\n"
-    L"Flags: bytes 00 ff 10 00\n"
-    L"nothing: bytes\n"
-    L"日本: folder\n"
-    L"  Value: int 7\n"
-    L"  deeper: folder\n"
-    L"    Descriptor: object FileInfo\n"
-    L"      Filename: text 'd.tab'\n"
-    L"      ObjectClass: text 'ParametersCreatable'\n"
-    L"      Version: bytes 02 00 00 00\n"
-    L"plain string: object CreatableString\n";
-
-std::string ImageOf(IFolderStream* stream) {
-  void* data = nullptr;
-  int32_t length = 0;
-  EXPECT_EQ(stream->GetBuffer(&data, &length), S_OK);
-  return std::string(static_cast<const char*>(data), static_cast<size_t>(length));
-}
+    L"empty=e\n"
+    L"min=i-2147483648\n"
+    L"real=r-1.5000000000000001e+300\n"
+    L"negative zero=r-0\n"
+    L"Größe \U0001F600=t'ü = \U00010348, 😀'\n"
+    L"held object=oFileInfo\n"
+    L"Flags=bytes 00 FF 10 00\n"
+    L"nothing=bytes\n"
+    L"日本=folder\n"
+    L"  Value=i7\n"
+    L"  deeper=folder\n"
+    L"    Descriptor=object FileInfo\n"
+    L"      Filename=t'd.tab'\n"
+    L"      ObjectClass=t'ParametersCreatable'\n"
+    L"      Version=bytes 02 00 00 00\n"
+    L"plain string=object CreatableString\n";
 
 }  // namespace
 
-TEST(FolderStream, WritesEveryKindOfEntryInOrder) {
-  SmartPtr<IFolderStream> root = NewFolderStream();
+TEST(FolderStream, ObjectsAreRecreatedByClassNameEachTime) {
+  SmartPtr<IFolderStream> root = NewFolderStream(), level1, level2;
   ASSERT_TRUE(root);
   FillSample(root.get());
-  EXPECT_EQ(Dump(root.get()), kSampleDump);
-}
-
-TEST(FolderStream, FileRoundTripKeepsEverything) {
-  ScratchFile file("folder-roundtrip");
-  SmartPtr<IFolderStream> written = NewFolderStream();
-  FillSample(written.get());
-  ASSERT_EQ(written->SaveToFile(file.Name().get()), S_OK);
-  EXPECT_EQ(file.Read(), ImageOf(written.get()));
-
-  SmartPtr<IFolderStream> read = NewFolderStream();
-  read->WriteValue(Ref(L"stale"), MakeLong(1).get());
-  ASSERT_EQ(read->LoadFromFile(file.Name().get()), S_OK);
-  EXPECT_EQ(Dump(read.get()), kSampleDump);
-
   SmartPtr<IVariant> held;
-  ASSERT_EQ(read->ReadValue(Ref(L"held object"), held.Receive()), S_OK);
-  SmartPtr<IUnknown> object;
+  SmartPtr<IUnknown> object, again;
+  ASSERT_EQ(root->ReadValue(Ref(L"held object"), held.Receive()), S_OK);
   held->GetObject(object.Receive());
-  SmartPtr<IFileInfo> info = QueryAs<IFileInfo>(object.get());
-  ASSERT_TRUE(info);
-  SmartPtr<IString> name;
-  int32_t version = 0;
-  info->get_Filename(name.Receive());
-  info->get_Version(&version);
-  EXPECT_EQ(TextOf(name), L"inner.xml");
-  EXPECT_EQ(version, 3);
-}
-
-TEST(FolderStream, ObjectsAreRecreatedByClassName) {
-  SmartPtr<IFolderStream> root = NewFolderStream();
-  FillSample(root.get());
-  SmartPtr<IFolderStream> level1, level2;
+  EXPECT_EQ(DumpObject(object.get()),
+            L"o=object FileInfo\n  Filename=t'inner.xml'\n  ObjectClass=t'Inner'\n  Version=bytes 03 00 00 00\n");
   ASSERT_EQ(root->OpenFolder(Ref(L"日本"), level1.Receive()), S_OK);
   ASSERT_EQ(level1->OpenFolder(Ref(L"deeper"), level2.Receive()), S_OK);
-  IID iid = IID_IFileInfo;
-  SmartPtr<IFileInfo> info;
-  ASSERT_EQ(level2->ReadObject(Ref(L"Descriptor"), 0, &iid, info.ReceiveVoid()), S_OK);
-  SmartPtr<IString> objectClass;
-  info->get_ObjectClass(objectClass.Receive());
-  EXPECT_EQ(TextOf(objectClass), L"ParametersCreatable");
-
+  ASSERT_EQ(level2->ReadObject(Ref(L"Descriptor"), 0, nullptr, object.ReceiveVoid()), S_OK);  // null: IUnknown
+  level2->ReadObject(Ref(L"Descriptor"), 0, nullptr, again.ReceiveVoid());
+  EXPECT_FALSE(SameObject(object.get(), again.get())) << "a new object each time";
+  EXPECT_EQ(DumpObject(again.get()), L"o=object FileInfo\n  Filename=t'd.tab'\n"
+                                     L"  ObjectClass=t'ParametersCreatable'\n  Version=bytes 02 00 00 00\n");
   // An object that does not persist comes back as a new, empty object of its class.
   SmartPtr<IString> plain;
-  iid = IID_IString;
+  IID iid = IID_IString;
   ASSERT_EQ(root->ReadObject(Ref(L"plain string"), 0, &iid, plain.ReceiveVoid()), S_OK);
   EXPECT_EQ(TextOf(plain), L"");
-
-  // A recreated object is a new one each time.
-  SmartPtr<IFileInfo> again;
-  iid = IID_IFileInfo;
-  level2->ReadObject(Ref(L"Descriptor"), 0, &iid, again.ReceiveVoid());
-  EXPECT_FALSE(SameObject(info.get(), again.get()));
 }
 
-TEST(FolderStream, RewritingANameReplacesTheEntryInPlace) {
+TEST(FolderStream, EntriesAreFoundByNameKindAndPosition) {
   SmartPtr<IFolderStream> root = NewFolderStream();
   root->WriteValue(Ref(L"a"), MakeLong(1).get());
   root->WriteValue(Ref(L"b"), MakeLong(2).get());
   root->WriteValue(Ref(L"c"), MakeLong(3).get());
   root->WriteBinary(Ref(L"a"), "xy", 2);
-  SmartPtr<IFolderStream> sub;
+  SmartPtr<IFolderStream> sub, sameSub;
   root->CreateFolder(Ref(L"b"), sub.Receive());
   sub->WriteValue(Ref(L"inner"), MakeText(L"first").get());
-  SmartPtr<IFolderStream> sameSub;
   root->CreateFolder(Ref(L"b"), sameSub.Receive());  // an existing folder is opened, not emptied
-  EXPECT_EQ(Dump(root.get()), L"a: bytes 78 79\nb: folder\n  inner: text 'first'\nc: int 3\n");
-
-  EXPECT_EQ(root->RemoveEntry(Ref(L"a")), S_OK);
+  root->WriteObject(Ref(L"d"), MakeString(L"s").get(), 0);
+  // Rewriting a name replaces the entry in place.
+  EXPECT_EQ(Dump(root.get()), L"a=bytes 78 79\nb=folder\n  inner=t'first'\nc=i3\nd=object CreatableString\n");
   int32_t index = -1, kind = 0;
   EXPECT_EQ(root->Find(Ref(L"c"), &index, &kind), S_OK);
-  EXPECT_EQ(index, 1);
+  EXPECT_EQ(index, 2);
   EXPECT_EQ(kind, kFolderEntryValue);
-  EXPECT_EQ(root->Find(Ref(L"a"), &index, &kind), E_ITEMNOTFOUND);
   EXPECT_EQ(root->Find(Ref(L"C"), &index, &kind), E_ITEMNOTFOUND);  // names are case-sensitive
-}
 
-TEST(FolderStream, ReadsReportMissingEntriesWrongKindsAndLengths) {
-  SmartPtr<IFolderStream> root = NewFolderStream();
-  const int32_t flags = 0x40004;
-  root->WriteBinary(Ref(L"Flags"), &flags, 4);
-  root->WriteValue(Ref(L"Value"), MakeLong(5).get());
-
-  struct Case {
+  struct ReadCase {
     const wchar_t* name;
     int32_t capacity;
     HRESULT expected;
     int32_t storedCount;
+    const char* bytes;
   };
-  const Case cases[] = {
-      {L"Flags", 4, S_OK, 4},
-      {L"Flags", 2, S_FALSE, 4},  // shorter buffer: the first two bytes
-      {L"Flags", 8, S_FALSE, 4},
-      {L"Value", 4, E_FAIL, 0},
-      {L"Missing", 4, E_ITEMNOTFOUND, 0},
-      {L"", 4, E_INVALIDARG, 0},
+  const ReadCase reads[] = {
+      {L"a", 2, S_OK, 2, "xy"},
+      {L"a", 1, S_FALSE, 2, "x"},  // a shorter buffer: the first byte
+      {L"a", 3, S_FALSE, 2, "xy"},
+      {L"c", 2, E_FAIL, 0, ""},
+      {L"Missing", 2, E_ITEMNOTFOUND, 0, ""},
+      {L"", 2, E_INVALIDARG, 0, ""},
   };
-  for (const Case& c : cases) {
-    unsigned char buffer[8] = {};
+  for (const ReadCase& c : reads) {
+    char buffer[4] = {};
     int32_t stored = -1;
     EXPECT_EQ(root->ReadBinary(Ref(c.name), buffer, c.capacity, &stored), c.expected) << c.name << " " << c.capacity;
     EXPECT_EQ(stored, c.storedCount) << c.name;
-    if (c.expected == S_FALSE) {
-      EXPECT_EQ(buffer[0], 0x04);
-    }
+    EXPECT_EQ(std::string(buffer), c.bytes) << c.name << " " << c.capacity;
   }
   SmartPtr<IVariant> value;
-  EXPECT_EQ(root->ReadValue(Ref(L"Flags"), value.Receive()), E_FAIL);
-  SmartPtr<IFolderStream> folder;
-  EXPECT_EQ(root->OpenFolder(Ref(L"Value"), folder.Receive()), E_FAIL);
-  EXPECT_EQ(root->OpenFolder(Ref(L"none"), folder.Receive()), E_ITEMNOTFOUND);
+  EXPECT_EQ(root->ReadValue(Ref(L"a"), value.Receive()), E_FAIL);
+  EXPECT_EQ(root->OpenFolder(Ref(L"c"), sub.Receive()), E_FAIL);
+  EXPECT_EQ(root->OpenFolder(Ref(L"none"), sub.Receive()), E_ITEMNOTFOUND);
   EXPECT_EQ(root->WriteValue(Ref(L""), MakeLong(1).get()), E_INVALIDARG);
   EXPECT_EQ(root->WriteObject(Ref(L"x"), nullptr, 0), E_POINTER);
-}
 
-TEST(FolderStream, CollectionViewServesTheReadersOfNamedCollections) {
-  SmartPtr<IFolderStream> root = NewFolderStream();
-  root->WriteObject(Ref(L"first"), MakeFileInfo(L"a", L"InputParameter", 1).get(), 0);
-  root->WriteValue(Ref(L"value"), MakeLong(4).get());
-  root->WriteObject(Ref(L"second"), MakeFileInfo(L"b", L"", 2).get(), 0);
   SmartPtr<ISuperCollection> entries = QueryAs<ISuperCollection>(root.get());
   ASSERT_TRUE(entries);
-
-  // Walk until get_Item fails, keeping the entries whose attached type name is "FileInfo".
-  std::wstring kept;
-  SmartPtr<IUnknown> item;
-  for (int32_t i = 0; entries->get_Item(i, item.Receive()) == S_OK; ++i) {
-    SmartPtr<IUnknown> attached;
-    if (entries->get_ItemAttached(i, attached.Receive()) != S_OK) continue;
-    if (TextOf(QueryAs<IString>(attached.get())) != L"FileInfo") continue;
-    SmartPtr<IString> key;
-    entries->get_ItemName(i, key.Receive());
-    kept += TextOf(key) + L";";
-  }
-  EXPECT_EQ(kept, L"first;second;");
-
-  struct Case {
+  struct IndexCase {
     SmartPtr<IUnknown> key;
     HRESULT expected;
     int32_t index;
   };
-  SmartPtr<IUnknown> byName(MakeString(L"second").get());
-  SmartPtr<IUnknown> unknown(MakeString(L"Second").get());
-  SmartPtr<IUnknown> number(MakeLong(9).get());
-  SmartPtr<IUnknown> textVariant(MakeText(L"value").get());
-  const Case cases[] = {
-      {byName, S_OK, 2},
-      {unknown, E_FAIL, 65535},  // the named collections' answer for an unknown name
-      {number, S_OK, 9},         // a number is the index itself
-      {textVariant, S_OK, 1},
+  const IndexCase indices[] = {
+      {AsUnknown(MakeString(L"c")), S_OK, 2},
+      {AsUnknown(MakeString(L"C")), E_FAIL, 65535},  // the named collections' answer for an unknown name
+      {AsUnknown(MakeLong(9)), S_OK, 9},             // a number is the index itself
+      {AsUnknown(MakeText(L"d")), S_OK, 3},
   };
-  for (const Case& c : cases) {
-    int32_t index = -2;
-    EXPECT_EQ(entries->get_Index(c.key.get(), &index), c.expected);
+  for (const IndexCase& c : indices) {
+    index = -2;
+    EXPECT_EQ(entries->get_Index(c.key.get(), &index), c.expected) << c.index;
     EXPECT_EQ(index, c.index);
   }
-
   EXPECT_EQ(entries->IsCollectionLocked(), 1);
   EXPECT_EQ(entries->CollectionLock(), S_OK);
   EXPECT_EQ(entries->IsCollectionLocked(), 0);
   EXPECT_EQ(entries->CollectionUnlock(), S_OK);
   EXPECT_EQ(entries->CollectionUnlock(), E_FAIL);
 
-  EXPECT_EQ(entries->Rename(1, MakeString(L"first").get()), E_INVALIDARG);  // names stay unique
-  EXPECT_EQ(entries->Rename(1, MakeString(L"renamed").get()), S_OK);
-  int32_t kind = 0, index = -1;
-  EXPECT_EQ(root->Find(Ref(L"renamed"), &index, &kind), S_OK);
-  EXPECT_EQ(index, 1);
-  EXPECT_EQ(entries->Add(nullptr, root.get(), nullptr, 0), E_NOTIMPL);
+  EXPECT_EQ(entries->Rename(2, MakeString(L"a").get()), E_INVALIDARG);  // names stay unique
+  EXPECT_EQ(entries->Rename(2, MakeString(L"renamed").get()), S_OK);
+  EXPECT_EQ(root->RemoveEntry(Ref(L"a")), S_OK);
+  EXPECT_EQ(root->RemoveEntry(Ref(L"a")), E_ITEMNOTFOUND);
   EXPECT_EQ(entries->Remove(0), S_OK);
-  int32_t count = 0;
-  entries->get_Count(&count);
-  EXPECT_EQ(count, 2);
+  EXPECT_EQ(Dump(root.get()), L"renamed=i3\nd=object CreatableString\n");
+  SmartPtr<IUnknown> item;
   EXPECT_EQ(entries->get_Item(2, item.Receive()), E_INVALIDARG);
 }
 
@@ -325,21 +221,36 @@ std::string Header(uint32_t version = 1) { return "PFLD" + Le32(version); }
 // A one-character name "n".
 std::string NameN() { return Le32(1) + Le32(L'n'); }
 
+// The image of `depth` folders nested in each other, each named "n".
+std::string Nested(int depth) {
+  std::string image = Header();
+  for (int i = 0; i < depth; ++i) image += Le32(1) + "\x01" + NameN();
+  return image + Le32(0);
+}
+
 }  // namespace
 
-TEST(FolderStream, TruncatedImagesAreRefusedAtEveryLength) {
+TEST(FolderStream, ImagesRoundTripThroughFilesAndTruncatedOnesAreRefused) {
+  ScratchFile file("folder-roundtrip"), missing("folder-missing"), corrupt("folder-corrupt");
   SmartPtr<IFolderStream> source = NewFolderStream();
   FillSample(source.get());
-  const std::string image = ImageOf(source.get());
-  ASSERT_GT(image.size(), 100u);
+  EXPECT_EQ(Dump(source.get()), kSampleDump);
+  const std::string image = BytesOf(source.get());
+  ASSERT_EQ(source->SaveToFile(file.Name().get()), S_OK);
+  EXPECT_EQ(file.Read(), image);
+  corrupt.Write(image.substr(0, image.size() - 1));
 
   SmartPtr<IFolderStream> target = NewFolderStream();
   target->WriteValue(Ref(L"kept"), MakeLong(1).get());
   for (size_t length = 0; length < image.size(); ++length)
     ASSERT_EQ(target->Write(image.data(), static_cast<int32_t>(length)), E_FAIL) << "length " << length;
-  EXPECT_EQ(Dump(target.get()), L"kept: int 1\n");  // a refused image leaves the content as it was
-  EXPECT_EQ(target->Write(image.data(), static_cast<int32_t>(image.size())), S_OK);
+  EXPECT_EQ(target->LoadFromFile(missing.Name().get()), E_FAIL);
+  EXPECT_EQ(target->LoadFromFile(corrupt.Name().get()), E_FAIL);
+  EXPECT_EQ(target->LoadFromFile(nullptr), E_FAIL);
+  EXPECT_EQ(Dump(target.get()), L"kept=i1\n");  // a refused image leaves the content as it was
+  ASSERT_EQ(target->LoadFromFile(file.Name().get()), S_OK);
   EXPECT_EQ(Dump(target.get()), kSampleDump);
+  EXPECT_EQ(target->Write(image.data(), static_cast<int32_t>(image.size())), S_OK);
 }
 
 TEST(FolderStream, MalformedImagesAreRefused) {
@@ -366,6 +277,8 @@ TEST(FolderStream, MalformedImagesAreRefused) {
       {"repeated name", Header() + Le32(2) + emptyValue + emptyValue, E_FAIL},
       {"object without class", Header() + Le32(1) + "\x04" + NameN() + Le32(0) + Le32(0), E_FAIL},
       {"trailing byte", Header() + Le32(0) + "x", E_FAIL},
+      {"100 nested folders", Nested(100), S_OK},
+      {"101 nested folders", Nested(101), E_FAIL},
   };
   for (const Case& c : cases) {
     SmartPtr<IFolderStream> target = NewFolderStream();
@@ -373,31 +286,10 @@ TEST(FolderStream, MalformedImagesAreRefused) {
   }
 }
 
-TEST(FolderStream, NestingIsBoundedOnWritingAndReading) {
-  SmartPtr<IFolderStream> folder = NewFolderStream();
-  SmartPtr<IFolderStream> root = folder;
+TEST(FolderStream, NestingIsBoundedOnWriting) {
+  SmartPtr<IFolderStream> root = NewFolderStream(), folder = root;
   int32_t depth = 0;
-  for (SmartPtr<IFolderStream> next; folder->CreateFolder(Ref(L"f"), next.Receive()) == S_OK; folder = next) ++depth;
+  for (SmartPtr<IFolderStream> next; folder->CreateFolder(Ref(L"n"), next.Receive()) == S_OK; folder = next) ++depth;
   EXPECT_EQ(depth, 100);
-  std::string image = ImageOf(root.get());
-  SmartPtr<IFolderStream> copy = NewFolderStream();
-  EXPECT_EQ(copy->Write(image.data(), static_cast<int32_t>(image.size())), S_OK);
-
-  // One level more than the limit, built by hand: 101 nested folders.
-  std::string deep = Header();
-  for (int i = 0; i < 101; ++i) deep += Le32(1) + "\x01" + NameN();
-  deep += Le32(0);
-  EXPECT_EQ(copy->Write(deep.data(), static_cast<int32_t>(deep.size())), E_FAIL);
-}
-
-TEST(FolderStream, FilesThatCannotBeReadAreRefused) {
-  ScratchFile missing("folder-missing");
-  ScratchFile corrupt("folder-corrupt");
-  corrupt.Write("PFLD" + Le32(1) + Le32(5));
-  SmartPtr<IFolderStream> target = NewFolderStream();
-  target->WriteValue(Ref(L"kept"), MakeLong(1).get());
-  EXPECT_EQ(target->LoadFromFile(missing.Name().get()), E_FAIL);
-  EXPECT_EQ(target->LoadFromFile(corrupt.Name().get()), E_FAIL);
-  EXPECT_EQ(target->LoadFromFile(nullptr), E_FAIL);
-  EXPECT_EQ(Dump(target.get()), L"kept: int 1\n");
+  EXPECT_EQ(BytesOf(root.get()), Nested(100));
 }

@@ -7,27 +7,16 @@
 #include "storage_test_support.h"
 
 using namespace test_support;
-using storage_test::Ref;
 using storage_test::ScratchFile;
 
 namespace {
 
+// One line of C++ per section.
 const char kSettings[] =
-    "; settings of the test\n"
-    "[Workspace]\n"
-    "InstallPath = /opt/app\n"
-    "AppPath=/home/u/app\r\n"
-    "[UI]\n"
-    "UIFileArchive_Lean=0\n"
-    "[Mappings]\n"
-    "Data=/data/files\n"
-    "  data2 = /mnt/x=y  \n"
-    "# not a line\n"
-    "no equals sign\n"
-    "=no name\n"
-    "Alpha=/alpha\n"
-    "[workspace]\n"
-    "ActiveWorkspace=/work/spaces/main.wsp\n";
+    "; settings of the test\n[Workspace]\nInstallPath = /opt/app\nAppPath=/home/u/app\r\n"
+    "[UI]\nUIFileArchive_Lean=0\n"
+    "[Mappings]\nData=/data/files\n  data2 = /mnt/x=y  \n# not a line\nno equals sign\n=no name\nAlpha=/alpha\n"
+    "[workspace]\nActiveWorkspace=/work/spaces/main.wsp\n";
 
 // Points $PARAMS_SETTINGS at a scratch file for the test's lifetime.
 class SettingsFile : public ScratchFile {
@@ -38,10 +27,13 @@ class SettingsFile : public ScratchFile {
   }
 };
 
-std::wstring ReadSetting(IRegistry* registry, const std::wstring& section, const std::wstring& name, HRESULT* code) {
+// The value's text; "<not found>" for E_ITEMNOTFOUND with no string, "<result N>" for anything else.
+template <class Settings>
+std::wstring ReadSetting(Settings* settings, const std::wstring& section, const std::wstring& name) {
   SmartPtr<IString> value;
-  *code = registry->GetString(Ref(section), Ref(name), value.Receive());
-  return value ? TextOf(value) : L"<none>";
+  const HRESULT code = settings->GetString(Ref(section), Ref(name), value.Receive());
+  if (code == S_OK) return TextOf(value);
+  return code == E_ITEMNOTFOUND && !value ? L"<not found>" : L"<result " + std::to_wstring(code) + L">";
 }
 
 std::wstring ListOf(IRegistry* registry, const std::wstring& section) {
@@ -53,74 +45,55 @@ std::wstring ListOf(IRegistry* registry, const std::wstring& section) {
     SmartPtr<IVariant> value;
     registry->get_ListName(Ref(section), i, name.Receive());
     registry->get_ListValue(Ref(section), i, value.Receive());
-    SmartPtr<IString> text;
-    if (value && value->IsString()) value->GetString(text.Receive());
-    list += TextOf(name) + L"=" + TextOf(text) + L";";
+    list += TextOf(name) + L"=" + DescribeValue(value.get()) + L";";
   }
   return list;
 }
 
-std::wstring CurrentFolder() {
-  const std::string folder = std::filesystem::canonical(std::filesystem::current_path()).string();
-  return std::wstring(folder.begin(), folder.end());
-}
-
 }  // namespace
 
-TEST(Registry, ReadsValuesBySectionAndName) {
-  SettingsFile settings(kSettings);
-  SmartPtr<IRegistry> registry = CreateObjectAs<IRegistry>(L"Registry");
-  ASSERT_TRUE(registry);
-  struct Case {
-    const wchar_t* section;
-    const wchar_t* name;
-    HRESULT expected;
-    const wchar_t* text;
-  };
-  const Case cases[] = {
-      {L"Workspace", L"InstallPath", S_OK, L"/opt/app"},
-      {L"WORKSPACE", L"installpath", S_OK, L"/opt/app"},  // names are matched without regard to case
-      {L"Workspace", L"AppPath", S_OK, L"/home/u/app"},  // the carriage return is not part of the value
-      {L"UI", L"UIFileArchive_Lean", S_OK, L"0"},
-      {L"Mappings", L"data2", S_OK, L"/mnt/x=y"},       // split at the first "=", blanks trimmed
-      {L"Workspace", L"ActiveWorkspace", S_OK, L"/work/spaces/main.wsp"},  // a repeated section is one section
-      {L"UI", L"Missing", E_ITEMNOTFOUND, L"<none>"},
-      {L"Nowhere", L"AppPath", E_ITEMNOTFOUND, L"<none>"},
-  };
-  for (const Case& c : cases) {
-    HRESULT code = 0;
-    EXPECT_EQ(ReadSetting(registry.get(), c.section, c.name, &code), c.text) << c.section << "/" << c.name;
-    EXPECT_EQ(code, c.expected) << c.section << "/" << c.name;
-  }
-}
-
-TEST(Registry, ListsMappingsInFileOrder) {
-  SettingsFile settings(kSettings);
-  SmartPtr<IRegistry> registry = CreateObjectAs<IRegistry>(L"Registry");
-  EXPECT_EQ(ListOf(registry.get(), L"Mappings"), L"Data=/data/files;data2=/mnt/x=y;Alpha=/alpha;");
-  EXPECT_EQ(ListOf(registry.get(), L"None"), L"");
-  SmartPtr<IString> name;
-  EXPECT_EQ(registry->get_ListName(Ref(L"Mappings"), 3, name.Receive()), E_INVALIDARG);
-  EXPECT_EQ(registry->get_ListName(Ref(L"Mappings"), -1, name.Receive()), E_INVALIDARG);
-}
-
-TEST(Registry, ReadsIntoABufferCutToFit) {
+TEST(Registry, ReadsValuesListsAndBuffersBySectionAndName) {
   SettingsFile settings(kSettings);
   SmartPtr<IRegistryEx> registry = CreateObjectAs<IRegistryEx>(L"Registry");
   ASSERT_TRUE(registry);
   struct Case {
+    const wchar_t* section;
+    const wchar_t* name;
+    const wchar_t* expected;
+  };
+  const Case cases[] = {
+      {L"Workspace", L"InstallPath", L"/opt/app"},
+      {L"WORKSPACE", L"installpath", L"/opt/app"},  // names are matched without regard to case
+      {L"Workspace", L"AppPath", L"/home/u/app"},   // the carriage return is not part of the value
+      {L"UI", L"UIFileArchive_Lean", L"0"},
+      {L"Mappings", L"data2", L"/mnt/x=y"},  // split at the first "=", blanks trimmed
+      {L"Workspace", L"ActiveWorkspace", L"/work/spaces/main.wsp"},  // a repeated section is one section
+      {L"UI", L"Missing", L"<not found>"},
+      {L"Nowhere", L"AppPath", L"<not found>"},
+  };
+  for (const Case& c : cases)
+    EXPECT_EQ(ReadSetting(registry.get(), c.section, c.name), c.expected) << c.section << "/" << c.name;
+
+  // Lists keep file order and skip comments and lines without a name or "=".
+  EXPECT_EQ(ListOf(registry.get(), L"Mappings"), L"Data=t'/data/files';data2=t'/mnt/x=y';Alpha=t'/alpha';");
+  EXPECT_EQ(ListOf(registry.get(), L"None"), L"");
+  SmartPtr<IString> name;
+  EXPECT_EQ(registry->get_ListName(Ref(L"Mappings"), 3, name.Receive()), E_INVALIDARG);
+  EXPECT_EQ(registry->get_ListName(Ref(L"Mappings"), -1, name.Receive()), E_INVALIDARG);
+
+  struct BufferCase {
     const wchar_t* name;
     int32_t byteCount;
     HRESULT expected;
     const wchar_t* text;
   };
-  const Case cases[] = {
+  const BufferCase bufferCases[] = {
       {L"AppPath", 712, S_OK, L"/home/u/app"},
       {L"AppPath", 16, S_FALSE, L"/ho"},  // four characters of room: three and the terminator
       {L"AppPath", 3, E_INVALIDARG, L""},
       {L"Missing", 712, E_ITEMNOTFOUND, L""},
   };
-  for (const Case& c : cases) {
+  for (const BufferCase& c : bufferCases) {
     wchar_t buffer[178];
     wmemset(buffer, L'#', 178);
     buffer[0] = L'\0';
@@ -129,31 +102,25 @@ TEST(Registry, ReadsIntoABufferCutToFit) {
   }
 }
 
-TEST(Registry, MissingFileMeansEmptySettingsAndTheDefaultInstallPath) {
-  SettingsFile settings("");
-  setenv("PARAMS_SETTINGS", (settings.Path() + ".absent").c_str(), 1);
-  SmartPtr<IRegistry> registry = CreateObjectAs<IRegistry>(L"Registry");
-  HRESULT code = 0;
-  EXPECT_EQ(ReadSetting(registry.get(), L"UI", L"UIFileArchive_Lean", &code), L"<none>");
-  EXPECT_EQ(code, E_ITEMNOTFOUND);
-  EXPECT_EQ(ListOf(registry.get(), L"Mappings"), L"");
-  // Tests run in the build folder, which holds _binlinux/.
-  EXPECT_EQ(ReadSetting(registry.get(), L"Workspace", L"InstallPath", &code), CurrentFolder());
-  EXPECT_EQ(code, S_OK);
-  EXPECT_EQ(ReadSetting(registry.get(), L"Workspace", L"AppPath", &code), L"<none>");
-}
-
 TEST(Registry, WritesValuesAndEachObjectReadsTheFileWhenMade) {
   SettingsFile settings("[UI]\nUIFileArchive_Lean=1\n");
   SmartPtr<IRegistryEx> first = CreateObjectAs<IRegistryEx>(L"Registry");
   SmartPtr<IRegistryEx> second = CreateObjectAs<IRegistryEx>(L"Registry");
   EXPECT_EQ(first->SetString(Ref(L"Mappings"), Ref(L"Data"), Ref(L"/d")), S_OK);
   EXPECT_EQ(settings.Read(), "[UI]\nUIFileArchive_Lean=1\n[Mappings]\nData=/d\n");
-  HRESULT code = 0;
-  EXPECT_EQ(ReadSetting(second.get(), L"Mappings", L"Data", &code), L"<none>");
+  EXPECT_EQ(ReadSetting(second.get(), L"Mappings", L"Data"), L"<not found>");
   EXPECT_EQ(second->Reload(), S_OK);
-  EXPECT_EQ(ReadSetting(second.get(), L"Mappings", L"Data", &code), L"/d");
+  EXPECT_EQ(ReadSetting(second.get(), L"Mappings", L"Data"), L"/d");
   EXPECT_EQ(first->SetString(Ref(L"UI"), Ref(L""), Ref(L"x")), E_INVALIDARG);
+
+  // A missing file means empty settings, and the install path defaults to the folder holding _binlinux/,
+  // which for the tests is the current one.
+  setenv("PARAMS_SETTINGS", (settings.Path() + ".absent").c_str(), 1);
+  EXPECT_EQ(second->Reload(), S_OK);
+  EXPECT_EQ(ReadSetting(second.get(), L"UI", L"UIFileArchive_Lean"), L"<not found>");
+  EXPECT_EQ(ListOf(second.get(), L"Mappings"), L"");
+  const std::string folder = std::filesystem::canonical(std::filesystem::current_path()).string();
+  EXPECT_EQ(ReadSetting(second.get(), L"Workspace", L"InstallPath"), std::wstring(folder.begin(), folder.end()));
 }
 
 TEST(ActiveWorkspace, IsOneObjectNamedBySettingsUntilANameIsSet) {
@@ -162,76 +129,53 @@ TEST(ActiveWorkspace, IsOneObjectNamedBySettingsUntilANameIsSet) {
   SmartPtr<IFileArchive> again = CreateObjectAs<IFileArchive>(L"ActiveWorkspace");
   ASSERT_TRUE(workspace);
   EXPECT_TRUE(SameObject(workspace.get(), again.get()));
+  auto names = [&] {
+    SmartPtr<IString> file, name;
+    const HRESULT result = workspace->get_Filename(file.Receive());
+    workspace->get_Name(name.Receive());
+    return result == S_OK ? TextOf(file) + L" " + TextOf(name) : file ? L"<file>" : L"<none>";
+  };
   workspace->put_Filename(nullptr);
-
-  SmartPtr<IString> name;
-  EXPECT_EQ(workspace->get_Filename(name.Receive()), S_OK);
-  EXPECT_EQ(TextOf(name), L"/work/spaces/main.wsp");
-  EXPECT_EQ(workspace->get_Name(name.Receive()), S_OK);
-  EXPECT_EQ(TextOf(name), L"main");
-
+  EXPECT_EQ(names(), L"/work/spaces/main.wsp main");
   again->put_Filename(MakeString(L"/tmp/other/ws").get());
-  EXPECT_EQ(workspace->get_Filename(name.Receive()), S_OK);
-  EXPECT_EQ(TextOf(name), L"/tmp/other/ws");
-  EXPECT_EQ(workspace->get_Name(name.Receive()), S_OK);
-  EXPECT_EQ(TextOf(name), L"ws");
-
+  EXPECT_EQ(names(), L"/tmp/other/ws ws");
   workspace->put_Filename(MakeString(L"").get());
   setenv("PARAMS_SETTINGS", (settings.Path() + ".absent").c_str(), 1);
-  EXPECT_EQ(workspace->get_Filename(name.Receive()), E_FAIL);
-  EXPECT_FALSE(name);
-  EXPECT_EQ(workspace->Save(), E_NOTIMPL);
-  int32_t value = 0;
-  EXPECT_EQ(workspace->Control(4, 9), S_OK);
-  EXPECT_EQ(workspace->Inquire(4, &value), S_OK);
-  EXPECT_EQ(value, 9);
-  EXPECT_EQ(workspace->Control(5, 1), E_INVALIDARG);
+  EXPECT_EQ(names(), L"<none>");
+
+  EXPECT_EQ(workspace->Control(5, 1), E_INVALIDARG) << "settings 0 to 4 only";
 }
 
 TEST(INIFileEx, ReadsChangesListsAndWritesAFile) {
-  ScratchFile file("inifile");
+  ScratchFile file("inifile"), missing("inifile-missing");
   file.Write("top=level\n[Paths]\nB=2\nA=1\nb=3\n");
   SmartPtr<IINIFileEx> ini = CreateObjectAs<IINIFileEx>(L"INIFileEx");
   ASSERT_TRUE(ini);
+  EXPECT_EQ(ini->Save(), E_FAIL);  // no file opened yet
+  EXPECT_EQ(ini->Open(nullptr), E_INVALIDARG);
   ASSERT_EQ(ini->Open(file.Name().get()), S_OK);
-
-  SmartPtr<IString> value;
-  EXPECT_EQ(ini->GetString(Ref(L"paths"), Ref(L"b"), value.Receive()), S_OK);
-  EXPECT_EQ(TextOf(value), L"2");  // of two lines with one name, the first is found
-  EXPECT_EQ(ini->GetString(Ref(L""), Ref(L"top"), value.Receive()), S_OK);
-  EXPECT_EQ(TextOf(value), L"level");
+  EXPECT_EQ(ReadSetting(ini.get(), L"paths", L"b"), L"2");  // of two lines with one name, the first is found
+  EXPECT_EQ(ReadSetting(ini.get(), L"", L"top"), L"level");
 
   EXPECT_EQ(ini->SetString(Ref(L"Paths"), Ref(L"A"), Ref(L"one = 1, two")), S_OK);
-  EXPECT_EQ(ini->SetString(Ref(L"New"), Ref(L"Key"), Ref(L"v")), S_OK);
+  EXPECT_EQ(ini->SetString(Ref(L"Größe"), Ref(L"名前"), Ref(L"\U0001F600")), S_OK);
   EXPECT_EQ(ini->RemoveValue(Ref(L"Paths"), Ref(L"B")), S_OK);  // removes both lines named b
   EXPECT_EQ(ini->RemoveValue(Ref(L"Paths"), Ref(L"B")), E_ITEMNOTFOUND);
   int32_t count = 0;
   ini->get_SectionCount(Ref(L"Paths"), &count);
   EXPECT_EQ(count, 1);
-  SmartPtr<IString> name;
+  SmartPtr<IString> name, value;
   ini->get_SectionName(Ref(L"Paths"), 0, name.Receive());
   ini->get_SectionValue(Ref(L"Paths"), 0, value.Receive());
   EXPECT_EQ(TextOf(name) + L"=" + TextOf(value), L"A=one = 1, two");
   EXPECT_EQ(file.Read(), "top=level\n[Paths]\nB=2\nA=1\nb=3\n");  // nothing written before Save
   EXPECT_EQ(ini->Save(), S_OK);
-  EXPECT_EQ(file.Read(), "top=level\n[Paths]\nA=one = 1, two\n[New]\nKey=v\n");
+  EXPECT_EQ(file.Read(), "top=level\n[Paths]\nA=one = 1, two\n[Größe]\n名前=\xF0\x9F\x98\x80\n");
 
   SmartPtr<IINIFileEx> reopened = CreateObjectAs<IINIFileEx>(L"INIFileEx");
   reopened->Open(file.Name().get());
-  EXPECT_EQ(reopened->GetString(Ref(L"Paths"), Ref(L"A"), value.Receive()), S_OK);
-  EXPECT_EQ(TextOf(value), L"one = 1, two");
-}
-
-TEST(INIFileEx, MissingFileIsEmptyAndUnnamedFilesAreRefused) {
-  ScratchFile file("inifile-missing");
-  SmartPtr<IINIFileEx> ini = CreateObjectAs<IINIFileEx>(L"INIFileEx");
-  EXPECT_EQ(ini->Save(), E_FAIL);  // no file opened yet
-  EXPECT_EQ(ini->Open(nullptr), E_INVALIDARG);
-  ASSERT_EQ(ini->Open(file.Name().get()), S_OK);
-  int32_t count = -1;
-  ini->get_SectionCount(Ref(L"Any"), &count);
-  EXPECT_EQ(count, 0);
-  ini->SetString(Ref(L"Größe"), Ref(L"名前"), Ref(L"\U0001F600"));
-  EXPECT_EQ(ini->Save(), S_OK);
-  EXPECT_EQ(file.Read(), "[Größe]\n名前=\xF0\x9F\x98\x80\n");
+  EXPECT_EQ(ReadSetting(reopened.get(), L"Größe", L"名前"), L"\U0001F600");
+  ASSERT_EQ(reopened->Open(missing.Name().get()), S_OK);
+  reopened->get_SectionCount(Ref(L"Paths"), &count);
+  EXPECT_EQ(count, 0) << "a missing file is empty";
 }

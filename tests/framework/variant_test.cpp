@@ -10,135 +10,102 @@ namespace {
 
 using namespace test_support;
 
-TEST(Variant, KindsAnswered) {
+// A text converts to the number at its start (blanks, sign, digits, fraction, exponent); a real converts to
+// an integer toward zero, saturating, NaN giving 0.
+TEST(Variant, NumbersFromTextsAndReals) {
   struct Case {
-    const char* what;
     SmartPtr<IVariant> value;
-    int32_t type;
-    int32_t isString;
-    int32_t isObject;
-  } cases[] = {
-      {"empty", MakeVariant(), kVariantNotNumber, 0, 0},
-      {"long", MakeLong(3), kVariantInteger, 0, 0},
-      {"double", MakeDouble(3.5), kVariantReal, 0, 0},
-      {"text", MakeText(L"12"), kVariantNotNumber, 1, 0},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(c.value->GetType(), c.type) << c.what;
-    EXPECT_EQ(c.value->IsString(), c.isString) << c.what;
-    EXPECT_EQ(c.value->IsObject(), c.isObject) << c.what;
-  }
-}
-
-// A text converts to the number at its start (blanks, sign, digits, fraction, exponent).
-TEST(Variant, TextToNumbers) {
-  struct Case {
-    const wchar_t* text;
     double asDouble;
     int32_t asLong;
   } cases[] = {
-      {L"12.75", 12.75, 12},    {L"-12.75", -12.75, -12}, {L"  42", 42, 42},       {L"+7", 7, 7},
-      {L"-3e2x", -300, -300},   {L"1.5E-1", 0.15, 0},     {L"12 apples", 12, 12},  {L"abc", 0, 0},
-      {L"", 0, 0},              {L"#FF", 0, 0},           {L"1e", 1, 1},           {L"-", 0, 0},
-      {L"99999999999", 99999999999.0, std::numeric_limits<int32_t>::max()},
+      {MakeText(L"12.75"), 12.75, 12},    {MakeText(L"-12.75"), -12.75, -12}, {MakeText(L"  42"), 42, 42},
+      {MakeText(L"+7"), 7, 7},            {MakeText(L"-3e2x"), -300, -300},   {MakeText(L"1.5E-1"), 0.15, 0},
+      {MakeText(L"12 apples"), 12, 12},   {MakeText(L"abc"), 0, 0},           {MakeText(L""), 0, 0},
+      {MakeText(L"#FF"), 0, 0},           {MakeText(L"1e"), 1, 1},            {MakeText(L"-"), 0, 0},
+      {MakeText(L"99999999999"), 99999999999.0, std::numeric_limits<int32_t>::max()},
+      {MakeDouble(2.9), 2.9, 2},          {MakeDouble(-2.9), -2.9, -2},       {MakeDouble(0.0), 0, 0},
+      {MakeDouble(1e12), 1e12, std::numeric_limits<int32_t>::max()},
+      {MakeDouble(-1e12), -1e12, std::numeric_limits<int32_t>::min()},
+      {MakeDouble(2147483647.5), 2147483647.5, 2147483647},
+      {MakeDouble(std::nan("")), std::nan(""), 0},
+      {MakeLong(-7), -7, -7},
   };
   for (const Case& c : cases) {
-    SmartPtr<IVariant> value = MakeText(c.text);
-    EXPECT_DOUBLE_EQ(value->GetDouble(), c.asDouble) << "text '" << testing::PrintToString(std::wstring(c.text));
-    EXPECT_EQ(value->GetLong(), c.asLong) << "text '" << testing::PrintToString(std::wstring(c.text));
+    const std::wstring shown = DescribeValue(c.value.get());
+    if (!std::isnan(c.asDouble)) {
+      EXPECT_DOUBLE_EQ(c.value->GetDouble(), c.asDouble) << testing::PrintToString(shown);
+    }
+    EXPECT_EQ(c.value->GetLong(), c.asLong) << testing::PrintToString(shown);
   }
 }
 
-// A real number converts to an integer toward zero, saturating; NaN gives 0.
-TEST(Variant, RealToLong) {
+// Assigning takes the kind and value of the source; setters replace them.
+TEST(Variant, SettersAndAssignReplaceTheValue) {
+  SmartPtr<IComponentCollection> collection = SmartPtr<IComponentCollection>::Adopt(GLOBALComponents());
+  SmartPtr<IVariant> holding = MakeVariant();
+  holding->Assign(collection.get());
   struct Case {
-    double value;
-    int32_t expected;
-  } cases[] = {
-      {2.9, 2}, {-2.9, -2}, {0.0, 0}, {1e12, std::numeric_limits<int32_t>::max()},
-      {-1e12, std::numeric_limits<int32_t>::min()}, {std::nan(""), 0}, {2147483647.5, 2147483647},
+    const char* what;
+    SmartPtr<IUnknown> from;
+    const wchar_t* expected;
+    int32_t type;
   };
-  for (const Case& c : cases) EXPECT_EQ(MakeDouble(c.value)->GetLong(), c.expected) << c.value;
-  EXPECT_DOUBLE_EQ(MakeLong(-7)->GetDouble(), -7.0);
-}
-
-TEST(Variant, SettersReplaceTheKind) {
+  const Case cases[] = {
+      {"text", AsUnknown(MakeText(L"12")), L"t'12'", kVariantNotNumber},  // a text holding a number is no number
+      {"integer", AsUnknown(MakeLong(9)), L"i9", kVariantInteger},
+      {"real", AsUnknown(MakeDouble(0.5)), L"r0.5", kVariantReal},
+      {"empty", AsUnknown(MakeVariant()), L"e", kVariantNotNumber},
+      {"null", SmartPtr<IUnknown>(), L"e", kVariantNotNumber},
+      {"framework string", AsUnknown(MakeString(L"from a string")), L"t'from a string'", kVariantNotNumber},
+      {"other object", AsUnknown(collection), L"oGlobalComponentCollection", kVariantNotNumber},
+      {"value holding an object", AsUnknown(holding), L"oGlobalComponentCollection", kVariantNotNumber},
+  };
+  for (const Case& c : cases) {
+    SmartPtr<IVariant> value = MakeText(L"old");
+    EXPECT_EQ(value->Assign(c.from.get()), S_OK) << c.what;
+    EXPECT_EQ(DescribeValue(value.get()), c.expected) << c.what;
+    EXPECT_EQ(value->GetType(), c.type) << c.what;
+  }
   SmartPtr<IVariant> value = MakeText(L"x");
   value->SetDouble(1.25);
-  EXPECT_EQ(value->IsString(), 0);
-  EXPECT_EQ(value->GetType(), kVariantReal);
+  EXPECT_EQ(DescribeValue(value.get()), L"r1.25");
   value->SetLong(4);
-  EXPECT_EQ(value->GetType(), kVariantInteger);
-  EXPECT_DOUBLE_EQ(value->GetDouble(), 4.0);
+  EXPECT_EQ(DescribeValue(value.get()), L"i4");
   SmartPtr<IString> none;
   EXPECT_EQ(value->GetString(none.Receive()), E_FAIL) << "a number gives no string object";
   EXPECT_FALSE(none);
   SmartPtr<IUnknown> object;
   EXPECT_EQ(value->GetObject(object.Receive()), E_FAIL);
+  value->Assign(holding.get());
+  ASSERT_EQ(value->GetObject(object.Receive()), S_OK);
+  EXPECT_TRUE(object == collection.get()) << "a copied value holds the same object";
 }
 
-TEST(Variant, SetStringSharesTheStringObject) {
-  SmartPtr<ICreatableString> text = MakeString(L"shared");
-  SmartPtr<IVariant> value = MakeVariant();
-  value->SetString(text.get());
-  SmartPtr<IString> held;
-  ASSERT_EQ(value->GetString(held.Receive()), S_OK);
-  EXPECT_TRUE(held == text.get());
-  text->Append(RefOf(L"!"));
-  EXPECT_EQ(TextOf(held), L"shared!");
-  value->SetString(nullptr);
-  EXPECT_EQ(value->IsString(), 0) << "a null string empties the value";
-}
-
-TEST(Variant, AssignCopiesValuesAndTexts) {
+// Copying a value copies its text; a framework string, given or assigned, is shared.
+TEST(Variant, TextsAreCopiedFromValuesAndSharedFromStrings) {
   SmartPtr<IVariant> source = MakeText(L"abc");
   SmartPtr<IVariant> copy = MakeVariant();
-  ASSERT_EQ(copy->Assign(source.get()), S_OK);
+  copy->Assign(source.get());
   SmartPtr<IString> sourceText, copyText;
   source->GetString(sourceText.Receive());
   copy->GetString(copyText.Receive());
-  EXPECT_EQ(TextOf(copyText), L"abc");
   EXPECT_FALSE(copyText == sourceText.get()) << "the copy does not share the text object";
-
-  copy->Assign(MakeLong(9).get());
-  EXPECT_EQ(copy->GetType(), kVariantInteger);
-  EXPECT_EQ(copy->GetLong(), 9);
-  copy->Assign(MakeDouble(0.5).get());
-  EXPECT_EQ(copy->GetType(), kVariantReal);
-  copy->Assign(MakeVariant().get());
-  EXPECT_EQ(copy->GetType(), kVariantNotNumber);
-  EXPECT_EQ(copy->IsString(), 0);
-
-  SmartPtr<ICreatableString> text = MakeString(L"from a string");
-  copy->Assign(text.get());
-  EXPECT_EQ(copy->IsString(), 1) << "a framework string becomes the value's text";
-  SmartPtr<IString> taken;
-  copy->GetString(taken.Receive());
-  EXPECT_TRUE(taken == text.get()) << "the same string object, not a copy";
-  text->Append(RefOf(L" and more"));
-  EXPECT_EQ(TextOf(taken), L"from a string and more");
-
   copy->Assign(copy.get());
-  EXPECT_EQ(copy->IsString(), 1) << "assigning a value to itself keeps it";
-  copy->Assign(nullptr);
-  EXPECT_EQ(copy->IsString(), 0);
-}
+  EXPECT_EQ(DescribeValue(copy.get()), L"t'abc'") << "assigning a value to itself keeps it";
 
-TEST(Variant, AssignHoldsOtherObjects) {
-  SmartPtr<IComponentCollection> collection = SmartPtr<IComponentCollection>::Adopt(GLOBALComponents());
-  SmartPtr<IVariant> value = MakeVariant();
-  value->Assign(collection.get());
-  EXPECT_EQ(value->IsObject(), 1);
-  EXPECT_EQ(value->GetType(), kVariantNotNumber);
-  SmartPtr<IUnknown> held;
-  ASSERT_EQ(value->GetObject(held.Receive()), S_OK);
-  EXPECT_TRUE(held == collection.get());
-
-  SmartPtr<IVariant> copy = MakeVariant();
-  copy->Assign(value.get());
-  SmartPtr<IUnknown> copied;
-  copy->GetObject(copied.Receive());
-  EXPECT_TRUE(copied == collection.get()) << "copying a value that holds an object holds the same object";
+  SmartPtr<ICreatableString> text = MakeString(L"shared");
+  SmartPtr<IVariant> given = MakeVariant(), assigned = MakeVariant();
+  given->SetString(text.get());
+  assigned->Assign(text.get());
+  for (IVariant* value : {given.get(), assigned.get()}) {
+    SmartPtr<IString> held;
+    ASSERT_EQ(value->GetString(held.Receive()), S_OK);
+    EXPECT_TRUE(held == text.get()) << "the same string object, not a copy";
+  }
+  text->Append(RefOf(L"!"));
+  EXPECT_EQ(DescribeValue(given.get()) + DescribeValue(assigned.get()), L"t'shared!'t'shared!'");
+  given->SetString(nullptr);
+  EXPECT_EQ(DescribeValue(given.get()), L"e") << "a null string empties the value";
 }
 
 }  // namespace

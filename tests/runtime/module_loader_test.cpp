@@ -15,136 +15,96 @@ using test_support::MakeString;
 using test_support::RefCountOf;
 using test_support::TextOf;
 
-std::wstring Repeat(wchar_t c, int n) { return std::wstring(static_cast<size_t>(n), c); }
-
-tagREFString View(const std::wstring& text) { return {static_cast<int32_t>(text.size()), text.c_str()}; }
-
-TEST(ModuleCreateFunction, MissingModulePrintsAndGivesNull) {
-  testing::internal::CaptureStdout();
-  CreationFunction create = MODULECreateFunction(RefOf(L"NoSuchModule"), RefOf(L"Variant"));
-  std::string printed = testing::internal::GetCapturedStdout();
-  EXPECT_EQ(create, nullptr);
-  EXPECT_EQ(printed.rfind("Module not available ./_binlinux/NoSuchModule.so, error ", 0), 0u) << printed;
-  EXPECT_EQ(printed.back(), '\n');
-}
-
-TEST(ModuleCreateFunction, ModuleWithoutTheClassGivesNullSilently) {
-  testing::internal::CaptureStdout();
-  CreationFunction create = MODULECreateFunction(RefOf(L"Collections"), RefOf(L"NoSuchClass"));
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-  EXPECT_EQ(create, nullptr);
-}
-
-TEST(ModuleCreateFunction, FindsTheClassInItsModule) {
-  CreationFunction create = MODULECreateFunction(RefOf(L"Collections"), RefOf(L"Variant"));
-  ASSERT_NE(create, nullptr);
-  IID iid = IID_IVariant;
-  SmartPtr<IVariant> variant;
-  ASSERT_EQ(create(nullptr, &iid, variant.ReceiveVoid()), S_OK);
-  variant->SetLong(5);
-  EXPECT_EQ(variant->GetLong(), 5);
-}
-
-// The path is "./_binlinux/" (12) + one byte per character + ".so" (3); names over 240 are refused.
-TEST(ModuleCreateFunction, PathLengthRule) {
+// The path is "./_binlinux/" + one byte per character of the name + ".so"; names over 240 are refused unprinted.
+TEST(ModuleCreateFunction, FindsTheClassOrReportsAMissingModule) {
+  auto missing = [](const std::string& name) { return "Module not available ./_binlinux/" + name + ".so, error "; };
   struct Case {
-    int nameLength;
-    bool attempted;
-  } cases[] = {{1, true}, {100, true}, {240, true}, {241, false}, {100000, false}};
+    std::wstring module;
+    int32_t length;
+    const wchar_t* className;
+    bool found;
+    std::string printed;  // what standard output begins with; empty: nothing printed
+  };
+  const Case cases[] = {
+      {L"Collections", 11, L"Variant", true, ""},
+      {L"CollectionsXYZ", 11, L"Variant", true, ""},  // the name need not be terminated
+      {L"Collections", 11, L"NoSuchClass", false, ""},  // a module without the class: null, silently
+      {L"NoSuchModule", 12, L"Variant", false, missing("NoSuchModule")},
+      {std::wstring(240, L'm'), 240, L"Variant", false, missing(std::string(240, 'm'))},
+      {std::wstring(241, L'm'), 241, L"Variant", false, ""},
+      {std::wstring(100000, L'm'), 100000, L"Variant", false, ""},
+  };
   for (const Case& c : cases) {
-    std::wstring name = Repeat(L'm', c.nameLength);
+    SCOPED_TRACE(testing::Message() << c.module.substr(0, 20) << "/" << c.length);
     testing::internal::CaptureStdout();
-    EXPECT_EQ(MODULECreateFunction(View(name), RefOf(L"Variant")), nullptr);
-    std::string printed = testing::internal::GetCapturedStdout();
-    if (!c.attempted) {
-      EXPECT_EQ(printed, "") << c.nameLength;
-      continue;
-    }
-    std::string prefix = "Module not available ";
-    size_t pathEnd = printed.find(", error ");
-    ASSERT_NE(pathEnd, std::string::npos) << printed;
-    EXPECT_EQ(pathEnd - prefix.size(), static_cast<size_t>(12 + c.nameLength + 3)) << c.nameLength;
+    CreationFunction create = MODULECreateFunction({c.length, c.module.c_str()}, RefOf(c.className));
+    const std::string printed = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(printed.substr(0, c.printed.size()), c.printed);
+    EXPECT_EQ(printed.empty() ? '\n' : printed.back(), '\n');
+    EXPECT_EQ(c.printed.empty(), printed.empty()) << printed;
+    IID iid = IID_IVariant;
+    SmartPtr<IVariant> variant;
+    EXPECT_EQ(create ? create(nullptr, &iid, variant.ReceiveVoid()) : E_FAIL, c.found ? S_OK : E_FAIL);
   }
 }
 
-TEST(ModuleCreateFunction, NameNeedNotBeTerminated) {
-  const wchar_t text[] = L"CollectionsXYZ";
-  CreationFunction create = MODULECreateFunction({11, text}, RefOf(L"Variant"));
-  EXPECT_NE(create, nullptr);
-}
-
-TEST(InitializeModule, KeepsAndReleasesTheCollection) {
+TEST(GlobalComponents, MadeOnceKeptByInitializeModuleAndMadeAgainOnDemand) {
   SmartPtr<IComponentCollection> collection = SmartPtr<IComponentCollection>::Adopt(GLOBALComponents());
   ASSERT_TRUE(collection);
-  uint32_t before = RefCountOf(collection.get());
+  EXPECT_EQ(SmartPtr<IComponentCollection>::Adopt(GLOBALComponents()).get(), collection.get());
+  // The references InitializeModule keeps and lets go are counted in the host tests.
   EXPECT_EQ(InitializeModule(nullptr, nullptr), 0);
   EXPECT_FALSE(gGlobalComponentCollection) << "null clears the global";
-  EXPECT_EQ(RefCountOf(collection.get()), before - 1);
   EXPECT_EQ(InitializeModule(nullptr, collection.get()), 0);
   EXPECT_EQ(gGlobalComponentCollection.get(), collection.get());
-  EXPECT_EQ(RefCountOf(collection.get()), before);
 }
 
-TEST(GlobalComponents, MadeOnceAndShared) {
-  SmartPtr<IComponentCollection> first = SmartPtr<IComponentCollection>::Adopt(GLOBALComponents());
-  SmartPtr<IComponentCollection> second = SmartPtr<IComponentCollection>::Adopt(GLOBALComponents());
-  ASSERT_TRUE(first);
-  EXPECT_EQ(first.get(), second.get());
-}
-
-TEST(CreateObject, ByClassName) {
-  IID iid = IID_IVariant;
-  SmartPtr<IVariant> variant = SmartPtr<IVariant>::Adopt(static_cast<IVariant*>(CreateObject(RefOf(L"Variant"), &iid)));
-  ASSERT_TRUE(variant);
-  EXPECT_EQ(RefCountOf(variant.get()), 1u);
-
-  EXPECT_EQ(CreateObject(RefOf(L"NoSuchClass"), &iid), nullptr);
-  EXPECT_EQ(CreateObject(RefOf(L"variant"), &iid), nullptr) << "class names are case-sensitive";
-  iid = IID_IString;
-  EXPECT_EQ(CreateObject(RefOf(L"Variant"), &iid), nullptr) << "a variant is not a string";
-}
-
-TEST(CreateObject, NullWithoutCollection) {
+// Without a kept collection, the first creation makes it afresh from CollectionsEx.
+TEST(CreateObject, ByClassNameThroughTheCollection) {
   InitializeModule(nullptr, nullptr);
-  // GLOBALComponents makes the collection again on demand, so CreateObject still works...
-  IID iid = IID_IVariant;
-  SmartPtr<IVariant> variant = SmartPtr<IVariant>::Adopt(static_cast<IVariant*>(CreateObject(RefOf(L"Variant"), &iid)));
-  EXPECT_TRUE(variant);
-  EXPECT_TRUE(gGlobalComponentCollection) << "...by making it from CollectionsEx";
+  struct Case {
+    const wchar_t* className;
+    const IID* iid;
+    bool created;
+  } cases[] = {
+      {L"Variant", &IID_IVariant, true},
+      {L"NoSuchClass", &IID_IVariant, false},
+      {L"variant", &IID_IVariant, false},  // class names are case-sensitive
+      {L"Variant", &IID_IString, false},   // a variant is not a string
+  };
+  for (const Case& c : cases) {
+    IID iid = *c.iid;
+    auto object = SmartPtr<IUnknown>::Adopt(static_cast<IUnknown*>(CreateObject(RefOf(c.className), &iid)));
+    ASSERT_EQ(static_cast<bool>(object), c.created) << testing::PrintToString(std::wstring(c.className));
+    EXPECT_EQ(object ? RefCountOf(object.get()) : 1u, 1u) << "one reference for the caller";
+  }
+  EXPECT_TRUE(gGlobalComponentCollection);
 }
 
-TEST(GetComponentString, DescribesTheClass) {
+// Strings and variants are made straight from CollectionsEx when no collection is kept, a new object on
+// each call; a component describes its class.
+TEST(Components, MakeStringsAndVariantsWithoutACollectionAndDescribeTheirClass) {
+  InitializeModule(nullptr, nullptr);
+  SmartPtr<ICreatableString> text = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
+  SmartPtr<ICreatableString> other = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
+  SmartPtr<IVariant> value = SmartPtr<IVariant>::Adopt(CREFString::CreateVariant());
+  ASSERT_TRUE(text && other && value);
+  EXPECT_FALSE(gGlobalComponentCollection);
+  EXPECT_FALSE(text == other.get());
+  EXPECT_EQ(RefCountOf(text.get()), 1u);
+  text->SetText(RefOf(L"abc"));
+  text->Append(RefOf(L"de"));
+  EXPECT_EQ(TextOf(text), L"abcde");
+  EXPECT_EQ(value->GetType(), kVariantNotNumber);
+
   SmartPtr<IComponentString> component =
       SmartPtr<IComponentString>::Adopt(GetComponentString(MakeString(L"CreatableString").get()));
   ASSERT_TRUE(component);
   SmartPtr<IString> module, name;
   ASSERT_EQ(component->GetProperty(kComponentModuleName, module.Receive()), S_OK);
   ASSERT_EQ(component->GetProperty(kComponentClassName, name.Receive()), S_OK);
-  EXPECT_EQ(TextOf(module), L"Collections");
-  EXPECT_EQ(TextOf(name), L"CreatableString");
-
+  EXPECT_EQ(TextOf(module) + L" " + TextOf(name), L"Collections CreatableString");
   EXPECT_EQ(GetComponentString(MakeString(L"NoSuchClass").get()), nullptr);
-}
-
-TEST(Bootstrap, StringsAndVariantsWithoutACollection) {
-  InitializeModule(nullptr, nullptr);
-  SmartPtr<ICreatableString> text = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
-  ASSERT_TRUE(text);
-  EXPECT_FALSE(gGlobalComponentCollection) << "the basic objects come straight from CollectionsEx";
-  text->SetText(RefOf(L"abc"));
-  text->Append(RefOf(L"de"));
-  EXPECT_EQ(TextOf(text), L"abcde");
-  SmartPtr<IVariant> value = SmartPtr<IVariant>::Adopt(CREFString::CreateVariant());
-  ASSERT_TRUE(value);
-  EXPECT_EQ(value->GetType(), kVariantNotNumber);
-}
-
-TEST(Bootstrap, EachCallMakesANewObject) {
-  SmartPtr<ICreatableString> a = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
-  SmartPtr<ICreatableString> b = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
-  ASSERT_TRUE(a && b);
-  EXPECT_FALSE(a == b.get());
-  EXPECT_EQ(RefCountOf(a.get()), 1u);
 }
 
 }  // namespace
