@@ -39,6 +39,14 @@ SmartPtr<IUnknown> AsUnknown(const SmartPtr<I>& object) {
   return SmartPtr<IUnknown>(object.get());
 }
 
+// A view of `text`, which must outlive it, and the characters a view shows.
+inline CREFString ViewOf(const std::wstring& text) {
+  return CREFString(text.c_str(), static_cast<int32_t>(text.size()));
+}
+inline std::wstring TextOf(const tagREFString& view) {
+  return std::wstring(view.text, static_cast<size_t>(view.length));
+}
+
 inline SmartPtr<IVariant> MakeVariant() { return SmartPtr<IVariant>::Adopt(CREFString::CreateVariant()); }
 
 inline SmartPtr<IVariant> MakeLong(int32_t value) {

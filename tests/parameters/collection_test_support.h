@@ -1,7 +1,10 @@
-// Helpers of the collection tests: names, reference first-match scans that
-// the indexed lookups must agree with, and test owners of the collection
-// templates that expose what the interfaces do not show (capacity, m_Sorted).
+// Helpers of the collection tests: making collections, names, reference
+// first-match scans that the indexed lookups must agree with, and test owners
+// of the collection templates that expose what the interfaces do not show
+// (capacity, m_Sorted).
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
@@ -13,23 +16,29 @@
 
 namespace collection_test {
 
-using test_support::MakeString;
-using test_support::TextOf;
+using namespace test_support;
 
-// The name of item `index`, "<null>" for an unnamed one.
-template <class Collection>
-std::wstring NameAt(Collection* collection, int32_t index) {
-  SmartPtr<IString> name;
-  if (collection->get_ItemName(index, name.Receive()) < 0) return L"<null>";
-  return TextOf(name);
+inline SmartPtr<ISuperCollection> NewSuperCollection() { return CreateObjectAs<ISuperCollection>(L"SuperCollection"); }
+inline SmartPtr<IParametersCreatable> NewParameters() {
+  return CreateObjectAs<IParametersCreatable>(L"ParametersCreatable");
 }
 
+// Adds one item per name, all holding `object` (a collection's item or a set's value).
+template <class Collection>
+void AddNamed(Collection* collection, const std::vector<std::wstring>& names, IUnknown* object) {
+  for (const std::wstring& name : names) ASSERT_EQ(collection->Add(MakeString(name).get(), object, nullptr, 0), S_OK);
+}
+
+// The names of the items in order, "<null>" for an unnamed one.
 template <class Collection>
 std::vector<std::wstring> NamesOf(Collection* collection) {
   int32_t count = 0;
   collection->get_Count(&count);
   std::vector<std::wstring> names;
-  for (int32_t i = 0; i < count; ++i) names.push_back(NameAt(collection, i));
+  for (int32_t i = 0; i < count; ++i) {
+    SmartPtr<IString> name;
+    names.push_back(collection->get_ItemName(i, name.Receive()) < 0 ? L"<null>" : TextOf(name));
+  }
   return names;
 }
 
@@ -59,6 +68,21 @@ int32_t IndexOfName(Collection* collection, const std::wstring& key) {
   return index;
 }
 
+// Adds one item more than `step` to a new Collection: the capacity is `step`
+// before the last one and twice that after it, and every item survives the move.
+template <class Collection>
+void ExpectSlotsGrowBy(int32_t step, IUnknown* object) {
+  SmartPtr<Collection> collection = NewObject<Collection>();
+  for (int32_t i = 0; i < step; ++i) collection->Add(nullptr, object, nullptr, i);
+  EXPECT_EQ(collection->Capacity(), step);
+  ASSERT_EQ(collection->Add(MakeString(L"last").get(), object, nullptr, step), S_OK);
+  EXPECT_EQ(collection->Capacity(), 2 * step);
+  int32_t flags = 0;
+  EXPECT_EQ(collection->get_ItemFlags(step - 1, &flags), S_OK);
+  EXPECT_EQ(flags, step - 1);
+  EXPECT_EQ(IndexOfName(collection.get(), L"LAST"), step);
+}
+
 // A named collection of parameter sets that matches whole names only, and
 // shows its capacity and sorted mode.
 class CExactCollection final : public CObjectImpl<CExactCollection>,
@@ -81,11 +105,8 @@ class CExactCollection final : public CObjectImpl<CExactCollection>,
   // Accepts parameter sets only.
   HRESULT VerifyInterface(IUnknown* object, IUnknown** verified) override {
     if (!verified) return E_POINTER;
-    *verified = nullptr;
-    SmartPtr<IParameters> parameters = QueryAs<IParameters>(object);
-    if (!parameters) return E_FAIL;
-    *verified = parameters.Detach();
-    return S_OK;
+    *verified = QueryAs<IParameters>(object).Detach();
+    return *verified ? S_OK : E_FAIL;
   }
 
   int32_t Capacity() const { return m_Capacity; }
@@ -110,5 +131,10 @@ class CCapacityParameters final : public CObjectImpl<CCapacityParameters>,
 
   int32_t Capacity() const { return m_Capacity; }
 };
+
+// A caller's comparison for Sort: longer names first, then descending names.
+inline int ByLengthDescending(const void* a, const void* b) {
+  return -INamedCollectionImpl<CExactCollection, ISuperCollection, IParameters>::COLLECTIONCompareByNameAndLength(a, b);
+}
 
 }  // namespace collection_test

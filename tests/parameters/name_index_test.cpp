@@ -1,125 +1,181 @@
-// Indexed name lookups against a plain first-match scan, after random
-// sequences of changes, for both collection templates; and what a lookup does
-// when a name string is changed in place.
+// Lookups of both collection templates: the rules of each key form side by
+// side, indexed and sorted name lookups against a plain first-match scan after
+// random sequences of changes, and a name string changed in place.
 #include "parameters/name_index.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cwctype>
 #include <random>
+#include <set>
+#include <type_traits>
 
 #include "collection_test_support.h"
 
 namespace {
 
-using collection_test::CExactCollection;
-using collection_test::IndexOfName;
-using collection_test::NamesOf;
-using collection_test::ScanFirst;
-using test_support::MakeLong;
-using test_support::MakeString;
+using namespace collection_test;
+
+constexpr int32_t kUntouched = -7;
+
+// A lookup key and how a failure names it.
+struct Key { std::wstring label; SmartPtr<IUnknown> key; };
+Key Name(const std::wstring& text) { return {L"name '" + text + L"'", SmartPtr<IUnknown>(MakeString(text).get())}; }
+Key Holding(const std::wstring& label, IUnknown* object) {
+  SmartPtr<IVariant> variant = MakeVariant();
+  variant->Assign(object);
+  return {L"variant holding " + label, SmartPtr<IUnknown>(variant.get())};
+}
+
+// The same items in a prefix collection, a whole-name collection and a
+// parameter set: five names (two equal but for case), then an unnamed item
+// whose object (the set: value) is `held`. The set's first and third
+// parameters carry `held` and `filler` as descriptors.
+TEST(LookupTest, KeyFormsInEachCollection) {
+  SmartPtr<IParametersCreatable> filler = NewParameters(), held = NewParameters(), set = NewParameters();
+  SmartPtr<ISuperCollection> prefix = NewSuperCollection();
+  SmartPtr<CExactCollection> whole = NewObject<CExactCollection>();
+  const std::vector<std::wstring> names = {L"abc", L"Ab", L"x", L"ab", L"\u00c9t\u00e9"};
+  AddNamed(prefix.get(), names, filler.get());
+  AddNamed(whole.get(), names, filler.get());
+  AddNamed(set.get(), names, MakeLong(1).get());
+  prefix->Add(nullptr, held.get(), nullptr, 0);
+  whole->Add(nullptr, held.get(), nullptr, 0);
+  set->Add(nullptr, held.get(), nullptr, 0);
+  set->put_ItemDescriptor(0, held.get());
+  set->put_ItemDescriptor(2, filler.get());
+  INamedCollection* const collections[] = {prefix.get(), whole.get(), set.get()};
+
+  struct Case { Key key; int32_t prefix, whole, set; } cases[] = {
+      {Name(L"AB"), 0, 1, 1},  // a prefix finds the longer first name; duplicates give the first
+      {Name(L"abc"), 0, 0, 0},
+      {Name(L"a"), 0, 65535, -1},         // only the prefix collection takes part of a name
+      {Name(L"abcd"), 65535, 65535, -1},  // an unknown name is 65535 in the collections
+      {Name(L""), 65535, 65535, -1},
+      {Name(L"\u00c9T\u00e9"), 4, 4, 4},
+      {Name(L"\u00e9t\u00e9"), 65535, 65535, -1},  // only A-Z fold
+      {{L"number 7", SmartPtr<IUnknown>(MakeLong(7).get())}, 7, 7, 7},  // the index itself, unchecked
+      {{L"text variant X", SmartPtr<IUnknown>(MakeText(L"X").get())}, 2, 2, 2},
+      {Holding(L"held", held.get()), 5, 5, 5},  // the set searches values before descriptors
+      {Holding(L"filler", filler.get()), 0, 0, 2},
+      {Holding(L"a stranger", NewParameters().get()), -1, -1, kUntouched},  // -1 in the collections
+      {{L"null", SmartPtr<IUnknown>()}, -1, -1, -1},
+  };
+  for (const Case& c : cases) {
+    const int32_t expected[] = {c.prefix, c.whole, c.set};
+    for (int k = 0; k < 3; ++k) {
+      int32_t index = kUntouched;
+      const HRESULT result = collections[k]->get_Index(c.key.key.get(), &index);
+      EXPECT_EQ(index, expected[k]) << "collection " << k << ", " << c.key.label;
+      EXPECT_EQ(SUCCEEDED(result), expected[k] != -1 && expected[k] != 65535 && expected[k] != kUntouched)
+          << "collection " << k << ", " << c.key.label;
+    }
+  }
+}
+
+// Random keys and names, by default short ones over a few letters, so that
+// duplicates, case variants and prefixes of one another are frequent.
+struct RandomNames {
+  std::mt19937 random;
+  std::wstring letters = L"aAbB_";
+  int32_t minLength = 1, maxLength = 3;
+
+  int32_t Below(int32_t bound) { return static_cast<int32_t>(random() % static_cast<uint32_t>(bound)); }
+  std::wstring Key() {
+    std::wstring text;
+    for (int32_t i = 0, n = minLength + Below(maxLength - minLength + 1); i < n; ++i)
+      text += letters[static_cast<size_t>(Below(static_cast<int32_t>(letters.size())))];
+    return text;
+  }
+  // One name in ten is missing.
+  SmartPtr<ICreatableString> Name() { return Below(10) == 0 ? SmartPtr<ICreatableString>() : MakeString(Key()); }
+};
 
 constexpr int kSteps = 1500;
 
-// Short names over a small alphabet, so that duplicates, case variants and
-// prefixes of one another are frequent; some items are unnamed.
-class RandomNames {
- public:
-  explicit RandomNames(uint32_t seed) : m_Random(seed) {}
-  int32_t Below(int32_t bound) { return static_cast<int32_t>(m_Random() % static_cast<uint32_t>(bound)); }
-  std::wstring Key() {
-    static const wchar_t kLetters[] = L"aAbB_";
-    std::wstring text;
-    for (int32_t i = 0, length = 1 + Below(3); i < length; ++i) text += kLetters[Below(5)];
-    return text;
-  }
-  SmartPtr<ICreatableString> Name() { return Below(10) == 0 ? SmartPtr<ICreatableString>() : MakeString(Key()); }
-
- private:
-  std::mt19937 m_Random;
-};
-
-int ByLengthDescending(const void* a, const void* b) {
-  return -INamedCollectionImpl<CExactCollection, ISuperCollection, IParameters>::COLLECTIONCompareByNameAndLength(a, b);
-}
-
+// Random changes, each followed by lookups of random keys that must agree with
+// a first-match scan of the current names. A collection is sorted only in
+// orders that leave its binary search off.
 template <class Collection>
-void ExpectLookupsMatchScan(Collection* collection, RandomNames& names, bool whole, int32_t notFound, int step) {
-  std::vector<std::wstring> current = NamesOf(collection);
-  for (int probe = 0; probe < 4; ++probe) {
-    std::wstring key = names.Key();
-    ASSERT_EQ(IndexOfName(collection, key), ScanFirst(current, key, whole, notFound))
-        << "key " << key << " at step " << step << " of " << current.size() << " items";
-  }
-}
-
-void RunNamedCollection(ISuperCollection* collection, bool whole, IUnknown* object, uint32_t seed) {
-  RandomNames names(seed);
+void RunRandomChanges(Collection* collection, bool whole, int32_t notFound, IUnknown* object, uint32_t seed) {
+  constexpr bool kIsSet = std::is_base_of_v<IParameters, Collection>;
+  RandomNames names{std::mt19937(seed)};
   for (int step = 0; step < kSteps; ++step) {
     int32_t count = 0;
     collection->get_Count(&count);
+    const int32_t index = names.Below(count + 2) - 1;  // sometimes out of range
     switch (names.Below(count > 60 ? 7 : 5)) {
       case 0:
       case 1: collection->Add(names.Name().get(), object, nullptr, 0); break;
-      case 2: collection->Insert(names.Below(count + 2) - 1, names.Name().get(), object, nullptr, 0); break;
-      case 3: collection->Rename(names.Below(count + 1), names.Name().get()); break;
-      case 4: {
-        // Orders that leave the binary search off, so lookups stay first-match scans.
-        const int32_t flags[] = {kSortDescending, kSortDescending | kSortByNameLength};
-        if (names.Below(3) == 0)
+      case 2:
+        if constexpr (kIsSet)
+          collection->Set(MakeString(names.Key()).get(), object, nullptr, 0, 0);
+        else
+          collection->Insert(index, names.Name().get(), object, nullptr, 0);
+        break;
+      case 3: collection->Rename(index, names.Name().get()); break;
+      case 4:
+        if constexpr (kIsSet)
+          collection->Sort(names.Below(2) ? kSortDescending : 0);
+        else if (names.Below(3) == 0)
           collection->Sort(0, reinterpret_cast<void*>(&ByLengthDescending));
         else
-          collection->Sort(flags[names.Below(2)], nullptr);
+          collection->Sort(names.Below(2) ? kSortDescending : kSortDescending | kSortByNameLength, nullptr);
         break;
-      }
-      case 5: collection->Remove(names.Below(count + 1)); break;
+      case 5: collection->Remove(index); break;
       case 6:
-        if (names.Below(10) == 0)
-          collection->CollectionClear();
+        if (names.Below(10) != 0)
+          collection->Remove(index);
+        else if constexpr (kIsSet)
+          collection->RemoveAll();
         else
-          collection->Remove(names.Below(count + 1));
+          collection->CollectionClear();
         break;
     }
-    ExpectLookupsMatchScan(collection, names, whole, 65535, step);
-    if (::testing::Test::HasFatalFailure()) return;
+    const std::vector<std::wstring> current = NamesOf(collection);
+    for (int probe = 0; probe < 4; ++probe) {
+      const std::wstring key = names.Key();
+      ASSERT_EQ(IndexOfName(collection, key), ScanFirst(current, key, whole, notFound))
+          << "key " << key << " at step " << step << " of " << current.size() << " items";
+    }
   }
 }
 
-TEST(NameIndexTest, PrefixLookupsOfSuperCollectionMatchScan) {
-  SmartPtr<IParametersCreatable> object = CreateObjectAs<IParametersCreatable>(L"ParametersCreatable");
-  for (uint32_t seed : {1u, 2u, 3u}) {
-    SmartPtr<ISuperCollection> collection = CreateObjectAs<ISuperCollection>(L"SuperCollection");
-    RunNamedCollection(collection.get(), false, object.get(), seed);
-  }
+TEST(NameIndexTest, LookupsMatchScanAfterRandomChanges) {
+  SmartPtr<IParametersCreatable> object = NewParameters();
+  for (uint32_t seed : {1u, 2u, 3u}) RunRandomChanges(NewSuperCollection().get(), false, 65535, object.get(), seed);
+  for (uint32_t seed : {4u, 5u})
+    RunRandomChanges(NewObject<CExactCollection>().get(), true, 65535, object.get(), seed);
+  for (uint32_t seed : {6u, 7u, 8u}) RunRandomChanges(NewParameters().get(), true, -1, MakeLong(1).get(), seed);
 }
 
-TEST(NameIndexTest, WholeNameLookupsOfNamedCollectionMatchScan) {
-  SmartPtr<IParametersCreatable> object = CreateObjectAs<IParametersCreatable>(L"ParametersCreatable");
-  for (uint32_t seed : {4u, 5u}) {
-    SmartPtr<CExactCollection> collection = NewObject<CExactCollection>();
-    RunNamedCollection(collection.get(), true, object.get(), seed);
-  }
-}
-
-TEST(NameIndexTest, ParameterSetLookupsMatchScan) {
-  for (uint32_t seed : {6u, 7u, 8u}) {
-    SmartPtr<IParametersCreatable> set = CreateObjectAs<IParametersCreatable>(L"ParametersCreatable");
-    RandomNames names(seed);
-    for (int step = 0; step < kSteps; ++step) {
-      int32_t count = 0;
-      set->get_Count(&count);
-      switch (names.Below(count > 60 ? 7 : 5)) {
-        case 0: set->Add(names.Name().get(), MakeLong(step).get(), nullptr, 0); break;
-        case 1: set->Set(MakeString(names.Key()).get(), MakeLong(step).get(), nullptr, 0, 0); break;
-        case 2: set->Rename(names.Below(count + 1), names.Name().get()); break;
-        case 3: set->Sort(names.Below(2) ? kSortDescending : 0); break;
-        case 4:
-        case 5: set->Remove(names.Below(count + 1)); break;
-        case 6:
-          if (names.Below(10) == 0) set->RemoveAll();
-          break;
-      }
-      ExpectLookupsMatchScan(set.get(), names, true, -1, step);
-      if (HasFatalFailure()) return;
+// With unique names of one length, the binary search after a name sort must
+// find exactly what a scan finds.
+TEST(NameIndexTest, SortedBinarySearchMatchesScan) {
+  SmartPtr<IParametersCreatable> object = NewParameters();
+  RandomNames names{std::mt19937(20240611), L"abcdefghABCDEFGH_0", 4, 4};
+  for (int round = 0; round < 40; ++round) {
+    SmartPtr<CExactCollection> whole = NewObject<CExactCollection>();
+    SmartPtr<ISuperCollection> prefix = NewSuperCollection();
+    std::set<std::wstring> folded;
+    for (size_t size = 1 + static_cast<size_t>(names.Below(300)); folded.size() < size;) {
+      const std::wstring name = names.Key();
+      std::wstring key = name;
+      std::transform(key.begin(), key.end(), key.begin(), FoldForTest);
+      if (!folded.insert(key).second) continue;
+      whole->Add(MakeString(name).get(), object.get(), nullptr, 0);
+      prefix->Add(MakeString(name).get(), object.get(), nullptr, 0);
+    }
+    whole->Sort(round % 2 ? kSortByNameLength : 0, nullptr);
+    prefix->Sort(0, nullptr);
+    ASSERT_EQ(whole->Sorted(), 1);
+    const std::vector<std::wstring> wholeNames = NamesOf(whole.get()), prefixNames = NamesOf(prefix.get());
+    for (int probe = 0; probe < 60; ++probe) {
+      std::wstring key = probe % 2 ? wholeNames[static_cast<size_t>(names.Below(int32_t(folded.size())))] : names.Key();
+      if (probe % 3 == 0) std::transform(key.begin(), key.end(), key.begin(), ::towupper);
+      EXPECT_EQ(IndexOfName(whole.get(), key), ScanFirst(wholeNames, key, true, 65535)) << key;
+      EXPECT_EQ(IndexOfName(prefix.get(), key), ScanFirst(prefixNames, key, false, 65535)) << key;
     }
   }
 }
@@ -127,8 +183,8 @@ TEST(NameIndexTest, ParameterSetLookupsMatchScan) {
 // A name string changed in place is not a rename; a lookup that lands on the
 // record notices, re-reads the names and answers from the current texts.
 TEST(NameIndexTest, NameChangedInPlaceIsNeverAnsweredWrongly) {
-  SmartPtr<IParametersCreatable> set = CreateObjectAs<IParametersCreatable>(L"ParametersCreatable");
-  SmartPtr<ISuperCollection> collection = CreateObjectAs<ISuperCollection>(L"SuperCollection");
+  SmartPtr<IParametersCreatable> set = NewParameters();
+  SmartPtr<ISuperCollection> collection = NewSuperCollection();
   SmartPtr<ICreatableString> changing = MakeString(L"alpha");
   set->Add(changing.get(), MakeLong(1).get(), nullptr, 0);
   set->Add(MakeString(L"gamma").get(), MakeLong(2).get(), nullptr, 0);

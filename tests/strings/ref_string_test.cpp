@@ -3,376 +3,212 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
-#include "runtime/object.h"
 #include "test_support.h"
 
 namespace {
 
-constexpr HRESULT kFail = E_FAIL;
+using namespace test_support;
 
-CREFString View(const std::wstring& text) { return CREFString(text.c_str(), static_cast<int32_t>(text.size())); }
-std::wstring Text(const tagREFString& view) { return std::wstring(view.text, static_cast<size_t>(view.length)); }
-
-// The view after taking a piece, told by what is left of the source text.
-struct Outcome {
-  std::wstring piece;
-  HRESULT result;
-  std::wstring rest;
+// Options of a cutting operation: advance, drop (or skip) the separator, and
+// options of one operation each, which share their bits.
+enum Option : int {
+  kAdvance = 1,
+  kDrop = 2,
+  kWholeIfNone = 4, kControls = 4, kPunctuation = 4, kZeroSeparator = 4,
+  kCrop = 8, kEmptySet = 8,
 };
 
-void ExpectOutcome(const Outcome& expected, const CREFString& piece, HRESULT result, const CREFString& view) {
-  EXPECT_EQ(expected.piece, Text(piece));
-  EXPECT_EQ(expected.result, result);
-  EXPECT_EQ(expected.rest, Text(view));
+// One cut: the piece taken, the result, and what the view shows afterwards.
+struct Cut { std::wstring text; int options; std::wstring piece; int32_t result; std::wstring rest; };
+
+template <size_t N, class Operation>
+void ExpectCuts(const Cut (&cases)[N], Operation cut) {
+  for (const Cut& c : cases) {
+    SCOPED_TRACE(testing::Message() << "text '" << c.text << "' options " << c.options);
+    CREFString view = ViewOf(c.text), piece;
+    EXPECT_EQ(c.result, cut(view, &piece, c.options));
+    EXPECT_EQ(c.piece, TextOf(piece));
+    EXPECT_EQ(c.rest, TextOf(view));
+  }
 }
 
 TEST(GetLine, CutsAtSeparatorAndReportsWhatRemains) {
-  struct Case {
-    std::wstring text;
-    bool advance;
-    bool dropSeparator;
-    Outcome expected;
-  } cases[] = {
-      {L"a,b", true, true, {L"a", S_OK, L"b"}},
-      {L"b", true, true, {L"b", S_FALSE, L""}},
-      {L"a,", true, false, {L"a,", S_FALSE, L""}},
-      {L",x", true, true, {L"", S_OK, L"x"}},
-      {L"a,b", false, true, {L"a", S_OK, L"a,b"}},
-      {L"a,b", false, false, {L"a,", S_OK, L"a,b"}},
-      {L"a,", false, true, {L"a", kFail, L"a,"}},  // the last line, nothing after it
-      {L"abc", false, true, {L"abc", kFail, L"abc"}},
-      {L"", true, true, {L"", kFail, L""}},
+  const Cut cases[] = {
+      {L"a,b", kAdvance | kDrop, L"a", S_OK, L"b"},
+      {L"b", kAdvance | kDrop, L"b", S_FALSE, L""},
+      {L"a,", kAdvance, L"a,", S_FALSE, L""},
+      {L",x", kAdvance | kDrop, L"", S_OK, L"x"},
+      {L"a,b", kDrop, L"a", S_OK, L"a,b"},
+      {L"a,", kDrop, L"a", E_FAIL, L"a,"},  // the last line, nothing after it
+      {L"", kAdvance | kDrop, L"", E_FAIL, L""},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "text '" << c.text << "' advance " << c.advance);
-    CREFString view = View(c.text), piece;
-    const HRESULT result = view.GetLine(&piece, c.advance, L',', c.dropSeparator);
-    ExpectOutcome(c.expected, piece, result, view);
-  }
+  ExpectCuts(cases, [](CREFString& v, auto p, int o) { return v.GetLine(p, o & kAdvance, L',', o & kDrop); });
 }
 
 TEST(GetLineCRLF, JoinsOnlyDifferentLineEndCharacters) {
-  struct Case {
-    std::wstring text;
-    bool dropLineEnd;
-    bool advance;
-    Outcome expected;
-  } cases[] = {
-      {L"x\r\n\r\ny", true, true, {L"x", S_OK, L"\r\ny"}},
-      {L"\r\ny", true, true, {L"", S_OK, L"y"}},
-      {L"x\n\ry", true, true, {L"x", S_OK, L"y"}},      // LF CR is one line end
-      {L"x\r\ry", true, true, {L"x", S_OK, L"\ry"}},    // CR CR is two
-      {L"x\n\ny", false, true, {L"x\n", S_OK, L"\ny"}},  // LF LF is two
-      {L"x\r\n", false, true, {L"x\r\n", S_FALSE, L""}},
-      {L"xy", true, true, {L"xy", S_FALSE, L""}},
-      {L"x\r\ny", false, false, {L"x\r\n", S_OK, L"x\r\ny"}},
-      {L"xy", true, false, {L"xy", S_OK, L"xy"}},
-      {L"", true, true, {L"", kFail, L""}},
+  const Cut cases[] = {
+      {L"x\r\n\r\ny", kAdvance | kDrop, L"x", S_OK, L"\r\ny"},
+      {L"\r\ny", kAdvance | kDrop, L"", S_OK, L"y"},
+      {L"x\n\ry", kAdvance | kDrop, L"x", S_OK, L"y"},    // LF CR is one line end
+      {L"x\r\ry", kAdvance | kDrop, L"x", S_OK, L"\ry"},  // CR CR is two
+      {L"x\n\ny", kAdvance, L"x\n", S_OK, L"\ny"},        // LF LF is two
+      {L"x\r\n", kAdvance, L"x\r\n", S_FALSE, L""},
+      {L"xy", kDrop, L"xy", S_OK, L"xy"},  // without advance even the last line gives 0
+      {L"", kAdvance | kDrop, L"", E_FAIL, L""},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "text '" << c.text << "'");
-    CREFString view = View(c.text), piece;
-    const HRESULT result = view.GetLineCRLF(&piece, c.dropLineEnd, c.advance);
-    ExpectOutcome(c.expected, piece, result, view);
-  }
+  ExpectCuts(cases, [](CREFString& v, auto p, int o) { return v.GetLineCRLF(p, o & kDrop, o & kAdvance); });
 }
 
 TEST(GetReverseLine, SplitsAtLastSeparator) {
-  struct Case {
-    std::wstring text;
-    bool advance;
-    bool skipSeparator;
-    Outcome expected;
-  } cases[] = {
-      {L"a/b/c", true, true, {L"a/b", S_OK, L"c"}},
-      {L"a/b/c", true, false, {L"a/b", S_OK, L"/c"}},
-      {L"a/b/c", false, true, {L"a/b", S_OK, L"a/b/c"}},
-      {L"/c", true, true, {L"", kFail, L"/c"}},  // nothing before the separator
-      {L"abc", true, true, {L"", kFail, L"abc"}},
-      {L"", true, true, {L"", kFail, L""}},
+  const Cut cases[] = {
+      {L"a/b/c", kAdvance | kDrop, L"a/b", S_OK, L"c"},  // kDrop: skip the separator
+      {L"a/b/c", kAdvance, L"a/b", S_OK, L"/c"},
+      {L"a/b/c", kDrop, L"a/b", S_OK, L"a/b/c"},
+      {L"/c", kAdvance | kDrop, L"", E_FAIL, L"/c"},  // nothing before the separator
+      {L"abc", kAdvance | kDrop, L"", E_FAIL, L"abc"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "text '" << c.text << "'");
-    CREFString view = View(c.text), piece;
-    const HRESULT result = view.GetReverseLine(&piece, L'/', c.advance, c.skipSeparator);
-    ExpectOutcome(c.expected, piece, result, view);
-  }
+  ExpectCuts(cases, [](CREFString& v, auto p, int o) { return v.GetReverseLine(p, L'/', o & kAdvance, o & kDrop); });
 }
 
-TEST(GetLineRight, TakesTailAndKeepsSeparatorOnBothSides) {
-  struct Case {
-    std::wstring text;
-    bool advance;
-    bool dropSeparator;
-    bool wholeIfNone;
-    Outcome expected;
-  } cases[] = {
-      {L"a/b/c", true, false, false, {L"/c", S_OK, L"a/b/"}},  // the separator ends the view and begins the piece
-      {L"a/b/c", true, true, false, {L"c", S_OK, L"a/b"}},
-      {L"a/b/c", false, false, false, {L"/c", S_OK, L"a/b/c"}},
-      {L"abc", true, false, false, {L"", kFail, L"abc"}},
-      {L"abc", true, false, true, {L"abc", S_OK, L""}},
-      {L"abc", false, false, true, {L"abc", S_OK, L"abc"}},
+// Crop is GetLineRight's cut without the fallback to the whole view.
+TEST(GetLineRightAndCrop, TakeTailAndKeepSeparatorOnBothSides) {
+  const Cut cases[] = {
+      {L"a/b/c", kAdvance, L"/c", S_OK, L"a/b/"},  // the separator ends the view and begins the piece
+      {L"a/b/c", kAdvance | kDrop, L"c", S_OK, L"a/b"},
+      {L"a/b/c", 0, L"/c", S_OK, L"a/b/c"},
+      {L"abc", kAdvance, L"", E_FAIL, L"abc"},
+      {L"abc", kAdvance | kWholeIfNone, L"abc", S_OK, L""},
+      {L"abc", kWholeIfNone, L"abc", S_OK, L"abc"},
+      {L"/abc", kCrop | kAdvance | kDrop, L"abc", S_OK, L""},  // index 0 counts
+      {L"a/b/c", kCrop | kAdvance, L"/c", S_OK, L"a/b/"},
+      {L"a/b/c", kCrop | kDrop, L"c", S_OK, L"a/b/c"},
+      {L"abc", kCrop | kAdvance | kWholeIfNone, L"", E_FAIL, L"abc"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "text '" << c.text << "'");
-    CREFString view = View(c.text), piece;
-    const HRESULT result = view.GetLineRight(&piece, L'/', c.advance, c.dropSeparator, c.wholeIfNone);
-    ExpectOutcome(c.expected, piece, result, view);
-  }
-}
-
-TEST(GetLineRight, EmptyViewLeavesPieceUntouched) {
+  ExpectCuts(cases, [](CREFString& v, auto p, int o) {
+    if (o & kCrop) return v.Crop(p, L'/', o & kAdvance, o & kDrop);
+    return v.GetLineRight(p, L'/', o & kAdvance, o & kDrop, o & kWholeIfNone);
+  });
   const std::wstring kept = L"kept";
-  CREFString view, piece = View(kept);
-  EXPECT_EQ(kFail, view.GetLineRight(&piece, L'/', true, false, true));
-  EXPECT_EQ(L"kept", Text(piece));
+  CREFString empty, piece = ViewOf(kept);
+  EXPECT_EQ(E_FAIL, empty.GetLineRight(&piece, L'/', true, false, true));
+  EXPECT_EQ(L"kept", TextOf(piece));  // an empty view leaves the piece untouched
 }
 
-TEST(Crop, NeedsTheSeparatorAndCountsIndexZero) {
-  struct Case {
-    std::wstring text;
-    wchar_t separator;
-    bool advance;
-    bool dropSeparator;
-    Outcome expected;
-  } cases[] = {
-      {L"/abc", L'/', true, true, {L"abc", S_OK, L""}},
-      {L"a.b.c", L'.', true, false, {L".c", S_OK, L"a.b."}},
-      {L"a.b.c", L'.', false, true, {L"c", S_OK, L"a.b.c"}},
-      {L"abc", L'.', true, true, {L"", kFail, L"abc"}},
-      {L"", L'.', true, true, {L"", kFail, L""}},
+// The piece is the part before the separator, the rest is Split's second piece.
+TEST(Split, RestStartsWithTheSeparator) {
+  const Cut cases[] = {
+      {L"ab;c", 0, L"ab", S_OK, L";c"},
+      {L"ab;c,d", 0, L"ab", S_OK, L";c,d"},  // the first in the text, not in the set
+      {L";x", 0, L"", S_OK, L";x"},
+      {L"abc", 0, L"abc", E_FAIL, L""},
+      {L"ab\tc", kControls, L"ab", S_OK, L"\tc"},
+      {L"ab\tc", 0, L"ab\tc", E_FAIL, L""},
+      {L"ab\tc", kControls | kEmptySet, L"ab\tc", E_FAIL, L""},  // nothing matches, not even controls
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "text '" << c.text << "'");
-    CREFString view = View(c.text), piece;
-    const HRESULT result = view.Crop(&piece, c.separator, c.advance, c.dropSeparator);
-    ExpectOutcome(c.expected, piece, result, view);
-  }
-}
-
-TEST(Split, RestStartsWithTheSeparatorAndViewIsUnchanged) {
-  struct Case {
-    std::wstring text;
-    std::wstring separators;
-    int32_t controlIsSeparator;
-    std::wstring first;
-    std::wstring rest;
-    HRESULT result;
-  } cases[] = {
-      {L"ab;c", L",;", 0, L"ab", L";c", S_OK},
-      {L"ab,c;d", L",;", 0, L"ab", L",c;d", S_OK},
-      {L";x", L";", 0, L"", L";x", S_OK},
-      {L"abc", L",", 0, L"abc", L"", kFail},
-      {L"ab\tc", L",", 1, L"ab", L"\tc", S_OK},
-      {L"ab\tc", L",", 0, L"ab\tc", L"", kFail},
-      {L"ab\tc", L"", 1, L"ab\tc", L"", kFail},  // an empty set matches nothing, not even controls
-      {L"", L",", 0, L"", L"", kFail},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "text '" << c.text << "' separators '" << c.separators << "'");
-    const CREFString view = View(c.text);
-    CREFString first, rest;
-    EXPECT_EQ(c.result, view.Split(&first, &rest, View(c.separators), c.controlIsSeparator));
-    EXPECT_EQ(c.first, Text(first));
-    EXPECT_EQ(c.rest, Text(rest));
-    EXPECT_EQ(c.text, Text(view));
-  }
+  ExpectCuts(cases, [](CREFString& v, auto p, int o) {
+    CREFString rest;
+    const HRESULT result = v.Split(p, &rest, ViewOf(o & kEmptySet ? L"" : L",;"), o & kControls);
+    v = rest;
+    return result;
+  });
 }
 
 TEST(GetFirstWord, TokenRules) {
-  struct Case {
-    std::wstring text;
-    HRESULT result;
-    std::wstring token;
-    int32_t consumed;
-  } cases[] = {
-      {L"-3.25e-2*x", S_OK, L"-3.25e-2", 8},
-      {L"1.5e10", S_OK, L"1.5", 3},  // an exponent needs its sign
-      {L"1e+5", S_OK, L"1", 1},      // and a fraction before it
-      {L"2.x", S_OK, L"2", 1},
-      {L"12+3", S_OK, L"12", 2},
-      {L"-x", kFail, L"", 0},
-      {L" x", kFail, L"", 0},
-      {L"\"ab\"+1", S_OK, L"ab", 4},
-      {L"\"\"", S_OK, L"", 2},
-      {L"\"", S_OK, L"\"", 1},
-      {L"\"ab", S_OK, L"\"ab", 3},  // no closing quote
-      {L"ab\"c", S_OK, L"b", 3},    // a word followed by a quote loses its first character
-      {L"7\"", S_OK, L"", 2},
-      {L"x_1+y", S_OK, L"x_1", 3},
-      {L"name(1)", S_OK, L"name", 4},
-      {L"abc def", S_OK, L"abc", 3},
-      {L"+1", S_OK, L"+", 1},
-      {L"#FF", S_OK, L"#", 1},
-      {L"_x", S_OK, L"_", 1},  // "_" continues a word but is punctuation at its start
-      {L"", kFail, L"", 0},
+  const Cut cases[] = {
+      {L"-3.25e-2*x", kAdvance, L"-3.25e-2", S_OK, L"*x"},
+      {L"1.5e10", kAdvance, L"1.5", S_OK, L"e10"},  // an exponent needs its sign
+      {L"1e+5", kAdvance, L"1", S_OK, L"e+5"},      // and a fraction before it
+      {L"12.x", kAdvance, L"12", S_OK, L".x"},
+      {L"-x", kAdvance, L"", E_FAIL, L"-x"},
+      {L" x", kAdvance, L"", E_FAIL, L" x"},
+      {L"\"ab\"+1", kAdvance, L"ab", S_OK, L"+1"},
+      {L"\"ab\"+1", 0, L"ab", S_OK, L"\"ab\"+1"},
+      {L"\"\"", kAdvance, L"", S_OK, L""},
+      {L"\"ab", kAdvance, L"\"ab", S_OK, L""},  // no closing quote
+      {L"ab\"c", kAdvance, L"b", S_OK, L"c"},   // a word followed by a quote loses its first character
+      {L"x_1+y", kAdvance, L"x_1", S_OK, L"+y"},
+      {L"abc def", kAdvance, L"abc", S_OK, L" def"},
+      {L"+1", kAdvance, L"+", S_OK, L"1"},
+      {L"_x", kAdvance, L"_", S_OK, L"x"},  // "_" continues a word but is punctuation at its start
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "text '" << c.text << "'");
-    CREFString view = View(c.text), token;
-    EXPECT_EQ(c.result, view.GetFirstWord(&token, true));
-    EXPECT_EQ(c.token, Text(token));
-    EXPECT_EQ(c.text.substr(static_cast<size_t>(c.consumed)), Text(view));
-  }
-}
-
-TEST(GetFirstWord, WithoutAdvanceKeepsView) {
-  const std::wstring text = L"\"ab\"+1";
-  CREFString view = View(text), token;
-  EXPECT_EQ(S_OK, view.GetFirstWord(&token, false));
-  EXPECT_EQ(L"ab", Text(token));
-  EXPECT_EQ(text, Text(view));
+  ExpectCuts(cases, [](CREFString& v, auto p, int o) { return v.GetFirstWord(p, o & kAdvance); });
 }
 
 TEST(GetWord, StopsBeforeSeparatorAndReportsItsPosition) {
-  struct Case {
-    std::wstring text;
-    std::wstring separators;
-    int32_t result;
-    std::wstring word;
-    std::wstring rest;
-  } cases[] = {
-      {L"key=value", L"=:", 4, L"key", L"=value"},
-      {L"a:b=c", L"=:", 2, L"a", L":b=c"},
-      {L"=x", L"=", 1, L"", L"=x"},
-      {L"abc", L"=", 0, L"abc", L""},
-      {L"", L"=", kFail, L"", L""},
+  const Cut cases[] = {
+      {L"key=value", kAdvance, L"key", 4, L"=value"},
+      {L"a:b=c", kAdvance, L"a", 2, L":b=c"},
+      {L"=x", kAdvance, L"", 1, L"=x"},
+      {L"abc", kAdvance, L"abc", 0, L""},
+      {L"ab", kZeroSeparator, L"ab", 3, L"ab"},  // the terminating zero past the view is looked at
+      {L"", kAdvance, L"", E_FAIL, L""},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "text '" << c.text << "'");
-    CREFString view = View(c.text), word;
-    EXPECT_EQ(c.result, view.GetWord(&word, true, View(c.separators)));
-    EXPECT_EQ(c.word, Text(word));
-    EXPECT_EQ(c.rest, Text(view));
-  }
-}
-
-TEST(GetWord, TerminatingZeroCountsAsSeparatorWhenInSet) {
-  const tagREFString zeroSeparator{1, L""};
-  const std::wstring text = L"ab";
-  CREFString view = View(text), word;
-  EXPECT_EQ(3, view.GetWord(&word, false, zeroSeparator));
-  EXPECT_EQ(L"ab", Text(word));
-}
-
-TEST(Contains, PositionQuirks) {
-  struct Case {
-    std::wstring text;
-    std::wstring pattern;
-    int32_t expected;
-  } cases[] = {
-      {L"abc", L"ab", 1},  // a match of two or more at index 0 is reported at 1
-      {L"abc", L"bc", 1},
-      {L"abc", L"c", 2},
-      {L"abc", L"a", 0},
-      {L"abxabc", L"abc", 3},
-      {L"xaab", L"aab", 1},
-      {L"aaab", L"aab", kFail},  // a mismatching character does not restart the match
-      {L"abc", L"abcd", kFail},
-      {L"abc", L"", kFail},
-      {L"", L"a", kFail},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "'" << c.pattern << "' in '" << c.text << "'");
-    EXPECT_EQ(c.expected, View(c.text).Contains(View(c.pattern)));
-  }
-}
-
-TEST(ContainsChar, IndexOfFirstMember) {
-  struct Case {
-    std::wstring text;
-    std::wstring characters;
-    int32_t expected;
-  } cases[] = {
-      {L"abc", L"xc", 2}, {L"abc", L"ca", 0}, {L"abc", L"xy", kFail}, {L"abc", L"", kFail}, {L"", L"a", kFail},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "'" << c.characters << "' in '" << c.text << "'");
-    EXPECT_EQ(c.expected, View(c.text).ContainsChar(View(c.characters)));
-  }
+  ExpectCuts(cases, [](CREFString& v, auto p, int o) {
+    return v.GetWord(p, o & kAdvance, o & kZeroSeparator ? tagREFString{1, L""} : tagREFString{2, L"=:"});
+  });
 }
 
 TEST(TrimLeft, RemovesBlanksAndByteOrderMarkBytes) {
-  struct Case {
-    std::wstring text;
-    bool alsoPunctuation;
-    int32_t result;
-    std::wstring rest;
-  } cases[] = {
-      {L" \t\r\nab", false, 1, L"ab"},
-      {L"\x01\x1F x", false, 1, L"x"},
-      {L"\u00EF\u00FE\u00EFab", false, 1, L"ab"},
-      {L"\u00EFab", true, 0, L"\u00EFab"},  // byte-order-mark bytes only without punctuation
-      {L",; ab", true, 1, L"ab"},
-      {L",; ab", false, 0, L",; ab"},
-      {L"ab", false, 0, L"ab"},
-      {L"   ", false, 1, L""},
-      {L"", false, 0, L""},
+  const Cut cases[] = {
+      {L" \t\r\nab", 0, L"", 1, L"ab"},
+      {L"\x01\x1F x", 0, L"", 1, L"x"},
+      {L"\u00EF\u00FE\u00EFab", 0, L"", 1, L"ab"},
+      {L"\u00EFab", kPunctuation, L"", 0, L"\u00EFab"},  // byte-order-mark bytes only without punctuation
+      {L",; ab", kPunctuation, L"", 1, L"ab"},
+      {L",; ab", 0, L"", 0, L",; ab"},
+      {L"ab", 0, L"", 0, L"ab"},
+      {L"   ", 0, L"", 1, L""},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "text '" << c.text << "' punctuation " << c.alsoPunctuation);
-    CREFString view = View(c.text);
-    EXPECT_EQ(c.result, view.TrimLeft(c.alsoPunctuation));
-    EXPECT_EQ(c.rest, Text(view));
-  }
+  ExpectCuts(cases, [](CREFString& v, CREFString*, int o) { return v.TrimLeft(o & kPunctuation); });
+}
+
+// A search or comparison of two texts, with an optional third argument.
+struct Probe { std::wstring a, b; int32_t expected; int argument = 0; };
+
+template <size_t N, class Operation>
+void ExpectProbes(const Probe (&cases)[N], Operation probe) {
+  for (const Probe& c : cases)
+    EXPECT_EQ(c.expected, probe(c.a, c.b, c.argument)) << "'" << c.a << "' and '" << c.b << "' with " << c.argument;
+}
+
+TEST(Contains, PositionQuirks) {
+  const Probe cases[] = {
+      {L"abc", L"ab", 1},  // a match of two or more at index 0 is reported at 1
+      {L"abc", L"bc", 1}, {L"abc", L"c", 2}, {L"abc", L"a", 0}, {L"abxabc", L"abc", 3},
+      {L"aab", L"ab", E_FAIL}, {L"aaab", L"aab", E_FAIL},  // a mismatching character does not start a match
+      {L"abc", L"abcd", E_FAIL}, {L"abc", L"", E_FAIL}};
+  ExpectProbes(cases, [](auto& text, auto& pattern, int) { return ViewOf(text).Contains(ViewOf(pattern)); });
+}
+
+TEST(ContainsChar, IndexOfFirstMember) {
+  const Probe cases[] = {{L"abc", L"xc", 2}, {L"abc", L"ca", 0}, {L"abc", L"xy", E_FAIL}, {L"abc", L"", E_FAIL}};
+  ExpectProbes(cases, [](auto& text, auto& characters, int) { return ViewOf(text).ContainsChar(ViewOf(characters)); });
 }
 
 TEST(CompareI, CaseInsensitivePrefixes) {
-  struct Case {
-    std::wstring view;
-    std::wstring other;
-    int16_t otherMustFit;
-    HRESULT expected;
-  } cases[] = {
-      {L"Name", L"NAME", 0, S_OK},
-      {L"Name", L"Na", 0, S_FALSE},
-      {L"Na", L"Name", 0, S_FALSE},
-      {L"Na", L"Name", 1, kFail},
-      {L"Name", L"na", 1, S_FALSE},
-      {L"Name", L"Nb", 0, kFail},
-      {L"", L"x", 0, kFail},
-      {L"x", L"", 0, kFail},
+  const Probe cases[] = {
+      {L"Name", L"NAME", S_OK}, {L"Name", L"Na", S_FALSE}, {L"Na", L"Name", S_FALSE},
+      {L"Na", L"Name", E_FAIL, 1}, {L"Name", L"na", S_FALSE, 1},  // 1: the other must fit
+      {L"Name", L"Nb", E_FAIL}, {L"x", L"", E_FAIL}};
+  ExpectProbes(cases, [](auto& view, auto& other, int16_t fit) { return ViewOf(view).CompareI(ViewOf(other), fit); });
+}
+
+TEST(Wcsnicmp, FoldsOnlyAsciiLettersAndIgnoresTerminators) {
+  const Probe cases[] = {
+      {L"ABC", L"abc", 0, 3}, {L"abc", L"abd", -1, 3}, {L"abd", L"abc", 1, 3}, {L"abX", L"abc", 0, 2},
+      {L"A", L"_", 1, 1},             // 'A' compares as 'a', above '_'
+      {L"\u00C9", L"\u00E9", -1, 1},  // only A to Z fold
+      {std::wstring(L"a\0b", 3), std::wstring(L"a\0c", 3), -1, 3},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "'" << c.view << "' with '" << c.other << "' must fit " << c.otherMustFit);
-    EXPECT_EQ(c.expected, View(c.view).CompareI(View(c.other), c.otherMustFit));
-  }
+  ExpectProbes(cases, [](auto& a, auto& b, unsigned n) { return _wcsnicmp(a.c_str(), b.c_str(), n); });
 }
 
-TEST(WcsnicmpTest, FoldsOnlyAsciiLettersAndIgnoresTerminators) {
-  struct Case {
-    std::wstring a;
-    std::wstring b;
-    unsigned int count;
-    int expected;
-  } cases[] = {
-      {L"ABC", L"abc", 3, 0},
-      {L"abc", L"abd", 3, -1},
-      {L"abd", L"abc", 3, 1},
-      {L"abX", L"abc", 2, 0},
-      {L"A", L"_", 1, 1},  // 'A' compares as 'a', above '_'
-      {L"\u00C9", L"\u00E9", 1, -1},  // only A to Z fold
-      {std::wstring(L"a\0b", 3), std::wstring(L"a\0c", 3), 3, -1},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "'" << c.a << "' vs '" << c.b << "'");
-    EXPECT_EQ(c.expected, _wcsnicmp(c.a.c_str(), c.b.c_str(), c.count));
-  }
-}
-
-TEST(SwprintfTest, FormatsAndTerminates) {
-  wchar_t buffer[32];
-  EXPECT_EQ(6, _swprintf(buffer, 32, L"%d-%ls", 42, L"abc"));
-  EXPECT_EQ(std::wstring(L"42-abc"), buffer);
-}
-
-TEST(SwprintfTest, FailureLeavesEmptyTextInsideBuffer) {
-  wchar_t cells[8];
-  for (wchar_t& cell : cells) cell = L'#';
-  EXPECT_EQ(0, _swprintf(cells + 1, 4, L"%ls", L"too long"));
+TEST(Swprintf, FormatsAndTerminatesInsideTheBuffer) {
+  wchar_t cells[32];
+  EXPECT_EQ(6, _swprintf(cells, 32, L"%d-%ls", 42, L"abc"));
+  EXPECT_EQ(std::wstring(L"42-abc"), cells);
+  cells[0] = L'#';
+  EXPECT_EQ(0, _swprintf(cells + 1, 4, L"%ls", L"too long"));  // a failure leaves an empty text
   EXPECT_EQ(L'#', cells[0]);
   EXPECT_EQ(L'\0', cells[1]);
 }
@@ -385,7 +221,6 @@ class CTextStream final : public CObjectImpl<CTextStream, IDataStream, IString> 
       {&IID_IDataStream, InterfaceOf<CTextStream, IDataStream>},
       {&IID_IString, InterfaceOf<CTextStream, IString>},
   };
-
   HRESULT Write(const void*, int32_t) override { return E_NOTIMPL; }
   HRESULT Read(void*, int32_t, int32_t*) override { return E_NOTIMPL; }
   HRESULT GetBuffer(void**, int32_t*) override { return E_NOTIMPL; }
@@ -395,7 +230,6 @@ class CTextStream final : public CObjectImpl<CTextStream, IDataStream, IString> 
     *length = static_cast<int32_t>(m_Text.size());
     return S_OK;
   }
-
   std::wstring m_Text = L"streamed text";
 };
 
@@ -404,9 +238,8 @@ TEST(StreamView, ViewsTheStreamsOwnTextAndReleasesTheString) {
   const uint32_t before = test_support::RefCountOf(stream->GetUnknown());
   const CREFString view(static_cast<IDataStream*>(stream.get()));
   EXPECT_EQ(stream->m_Text.c_str(), view.text);
-  EXPECT_EQ(L"streamed text", Text(view));
+  EXPECT_EQ(L"streamed text", TextOf(view));
   EXPECT_EQ(before, test_support::RefCountOf(stream->GetUnknown()));
-
   const CREFString none(static_cast<IDataStream*>(nullptr));
   EXPECT_EQ(0, none.length);
   EXPECT_EQ(nullptr, none.text);
