@@ -1,23 +1,14 @@
 // Name lookups and filling of parameter sets and named collections: the cost
 // of one lookup must not grow with the size of the set, and filling a set of n
 // items must stay linear.
-#include <benchmark/benchmark.h>
-
-#include <string>
 #include <vector>
 
-#include "runtime/module_loader.h"
-#include "strings/ref_string.h"
+#include "bench_support.h"
 
 namespace {
 
-SmartPtr<ICreatableString> MakeName(const std::wstring& text) {
-  SmartPtr<ICreatableString> name = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
-  name->SetText({static_cast<int32_t>(text.size()), text.c_str()});
-  return name;
-}
-
-std::wstring NameOf(int64_t i) { return L"param_" + std::to_wstring(i * 7919 % 1000003); }
+using bench_support::MakeName;
+using bench_support::NameOf;
 
 // A parameter set of `count` parameters named NameOf(0..count-1), each holding a number.
 SmartPtr<IParametersCreatable> FilledSet(int64_t count) {
@@ -28,22 +19,9 @@ SmartPtr<IParametersCreatable> FilledSet(int64_t count) {
   return set;
 }
 
-// Looks up names spread over the whole set, so a linear scan would show as growth with n.
 void BM_ParameterSetLookup(benchmark::State& state) {
-  const int64_t count = state.range(0);
-  SmartPtr<IParametersCreatable> set = FilledSet(count);
-  std::vector<SmartPtr<ICreatableString>> keys;
-  for (int64_t i = 0; i < 64; ++i) keys.push_back(MakeName(NameOf(count - 1 - i * count / 64)));
-  int32_t warm = -1;
-  set->get_Index(keys[0].get(), &warm);  // the first lookup builds the index
-  size_t next = 0;
-  for (auto _ : state) {
-    int32_t index = -1;
-    set->get_Index(keys[next].get(), &index);
-    benchmark::DoNotOptimize(index);
-    next = (next + 1) % keys.size();
-  }
-  state.SetItemsProcessed(state.iterations());
+  SmartPtr<IParametersCreatable> set = FilledSet(state.range(0));
+  bench_support::TimeLookups(state, set.get(), state.range(0));
 }
 BENCHMARK(BM_ParameterSetLookup)->Arg(10)->Arg(1000)->Arg(100000);
 
@@ -69,18 +47,7 @@ void BM_SuperCollectionPrefixLookup(benchmark::State& state) {
   SmartPtr<ISuperCollection> collection = CreateObjectAs<ISuperCollection>(L"SuperCollection");
   SmartPtr<IVariant> item = SmartPtr<IVariant>::Adopt(CREFString::CreateVariant());
   for (int64_t i = 0; i < count; ++i) collection->Add(MakeName(NameOf(i)).get(), item.get(), nullptr, 0);
-  std::vector<SmartPtr<ICreatableString>> keys;
-  for (int64_t i = 0; i < 64; ++i) keys.push_back(MakeName(NameOf(count - 1 - i * count / 64)));
-  int32_t warm = -1;
-  collection->get_Index(keys[0].get(), &warm);  // the first lookup builds the index
-  size_t next = 0;
-  for (auto _ : state) {
-    int32_t index = -1;
-    collection->get_Index(keys[next].get(), &index);
-    benchmark::DoNotOptimize(index);
-    next = (next + 1) % keys.size();
-  }
-  state.SetItemsProcessed(state.iterations());
+  bench_support::TimeLookups(state, collection.get(), count);
 }
 BENCHMARK(BM_SuperCollectionPrefixLookup)->Arg(10)->Arg(1000)->Arg(100000);
 

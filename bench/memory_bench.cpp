@@ -4,20 +4,14 @@
 #include <malloc.h>
 
 #include <string>
-#include <vector>
 
-#include "runtime/module_loader.h"
-#include "strings/ref_string.h"
+#include "bench_support.h"
 
 namespace {
 
 size_t HeapInUse() { return mallinfo2().uordblks; }
 
-SmartPtr<ICreatableString> MakeName(const std::wstring& text) {
-  SmartPtr<ICreatableString> name = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
-  name->SetText({static_cast<int32_t>(text.size()), text.c_str()});
-  return name;
-}
+using bench_support::MakeName;
 
 // Every parameter gets its own name string and its own value variant, as a loaded file would give.
 void BM_ParameterSetMemory(benchmark::State& state) {
