@@ -7,6 +7,8 @@
 // the framework agrees on the table, and answers E_NOTIMPL here.
 #pragma once
 
+#include <atomic>
+
 #include "base_types.h"
 
 struct IString;
@@ -22,6 +24,17 @@ struct IString : IUnknown {
 struct ICreatableString : IString {
   virtual HRESULT SetText(tagREFString text) = 0;
   virtual HRESULT Append(tagREFString text) = 0;
+};
+
+// Optional on strings whose text can change in place. A collection that
+// indexes its items by name watches every name string; one counter then tells
+// it whether any watched string changed since it built its index. Names that
+// do not answer this interface are looked up by scanning instead.
+struct IStringChangeCounter : IUnknown {
+  // Marks this string as watched and answers the counter that every later
+  // change of the text of a watched string advances. The counter is shared by
+  // all strings of one implementation and lives as long as its module.
+  virtual const std::atomic<uint64_t>* WatchChanges() = 0;
 };
 
 // Kinds answered by IVariant::GetType.

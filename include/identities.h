@@ -88,7 +88,5 @@ inline constexpr IID IID_IUnknown{{0, 0, 0, 0, 0, 0, 0, 0, 0xC0, 0, 0, 0, 0, 0, 
 FRAMEWORK_INTERFACE_NAMES(FRAMEWORK_DECLARE_IID)
 #undef FRAMEWORK_DECLARE_IID
 
-// The names of the start-up table, in order, for hosts that look identities up by name.
-#define FRAMEWORK_NAME_STRING(name) #name,
-inline constexpr const char* kFrameworkInterfaceNames[] = {FRAMEWORK_INTERFACE_NAMES(FRAMEWORK_NAME_STRING)};
-#undef FRAMEWORK_NAME_STRING
+// Interfaces outside the start-up table.
+inline constexpr IID IID_IStringChangeCounter = __IIDOfc("IStringChangeCounter");

@@ -12,7 +12,7 @@
 // the settings value "Workspace"/"ActiveWorkspace" (read on each request);
 // put_Filename with a null or empty name returns to it. The stand-in holds
 // only the name: Load and Save answer E_NOTIMPL.
-class CActiveWorkspace final : public CObjectImpl<CActiveWorkspace, IFileArchive> {
+class CActiveWorkspace : public CObjectImpl<CActiveWorkspace, IFileArchive> {
  public:
   static constexpr wchar_t kObjectName[] = L"ActiveWorkspace";
   static constexpr InterfaceEntry<CActiveWorkspace> kInterfaces[] = {

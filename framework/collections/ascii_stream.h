@@ -8,7 +8,7 @@
 
 #include "runtime/object.h"
 
-class CASCIIStream final : public CObjectImpl<CASCIIStream, IStreamTransform> {
+class CASCIIStream : public CObjectImpl<CASCIIStream, IStreamTransform> {
  public:
   static constexpr wchar_t kObjectName[] = L"ASCIIStream";
   static constexpr InterfaceEntry<CASCIIStream> kInterfaces[] = {

@@ -5,6 +5,9 @@ namespace {
 
 bool IsValidView(tagREFString text) { return text.length >= 0 && (text.length == 0 || text.text); }
 
+// Advanced by every change of a watched string's text.
+std::atomic<uint64_t> gWatchedStringChanges{0};
+
 }  // namespace
 
 HRESULT CCreatableString::GetBuffer(const wchar_t** text, int32_t* length) {
@@ -18,6 +21,7 @@ HRESULT CCreatableString::SetText(tagREFString text) {
   if (!IsValidView(text)) return E_INVALIDARG;
   return GuardedCall([&] {
     m_Text.assign(text.text ? text.text : L"", static_cast<size_t>(text.length));
+    CountChange();
     return S_OK;
   });
 }
@@ -25,7 +29,19 @@ HRESULT CCreatableString::SetText(tagREFString text) {
 HRESULT CCreatableString::Append(tagREFString text) {
   if (!IsValidView(text)) return E_INVALIDARG;
   return GuardedCall([&] {
-    if (text.length > 0) m_Text.append(text.text, static_cast<size_t>(text.length));
+    if (text.length > 0) {
+      m_Text.append(text.text, static_cast<size_t>(text.length));
+      CountChange();
+    }
     return S_OK;
   });
+}
+
+const std::atomic<uint64_t>* CCreatableString::WatchChanges() {
+  m_Watched.store(true, std::memory_order_release);
+  return &gWatchedStringChanges;
+}
+
+void CCreatableString::CountChange() {
+  if (m_Watched.load(std::memory_order_acquire)) gWatchedStringChanges.fetch_add(1, std::memory_order_acq_rel);
 }

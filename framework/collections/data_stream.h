@@ -5,7 +5,7 @@
 
 #include "runtime/object.h"
 
-class CDataStream final : public CObjectImpl<CDataStream, IDataStream> {
+class CDataStream : public CObjectImpl<CDataStream, IDataStream> {
  public:
   static constexpr wchar_t kObjectName[] = L"DataStream";
   static constexpr InterfaceEntry<CDataStream> kInterfaces[] = {

@@ -5,7 +5,7 @@
 
 #include "runtime/object.h"
 
-class CDblBuffer final : public CObjectImpl<CDblBuffer, IDblVector> {
+class CDblBuffer : public CObjectImpl<CDblBuffer, IDblVector> {
  public:
   static constexpr wchar_t kObjectName[] = L"DblBuffer";
   static constexpr InterfaceEntry<CDblBuffer> kInterfaces[] = {

@@ -7,7 +7,7 @@
 
 // Persists itself into a folder stream as the entries "Filename" and
 // "ObjectClass" (text) and "Version" (4-byte binary).
-class CFileInfo final : public CObjectImpl<CFileInfo, IFileInfo, IDataPersist> {
+class CFileInfo : public CObjectImpl<CFileInfo, IFileInfo, IDataPersist> {
  public:
   static constexpr wchar_t kObjectName[] = L"FileInfo";
   static constexpr InterfaceEntry<CFileInfo> kInterfaces[] = {

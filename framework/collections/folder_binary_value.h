@@ -7,7 +7,7 @@
 
 // Read gives the bytes in order, Reset starts over, GetBuffer shows them all;
 // Write is refused (change the entry through IFolderStream::WriteBinary).
-class CFolderBinaryValue final : public CObjectImpl<CFolderBinaryValue, IDataStream> {
+class CFolderBinaryValue : public CObjectImpl<CFolderBinaryValue, IDataStream> {
  public:
   static constexpr wchar_t kObjectName[] = L"FolderBinaryValue";
   static constexpr InterfaceEntry<CFolderBinaryValue> kInterfaces[] = {

@@ -13,7 +13,7 @@
 // folder's entries (get_ItemFlags gives an entry's kind, get_ItemAttached an
 // object entry's class name); operations that would add or change entries
 // through it answer E_NOTIMPL: use the IFolderStream operations instead.
-class CFolderStream final : public CObjectImpl<CFolderStream, IFolderStream, ISuperCollection> {
+class CFolderStream : public CObjectImpl<CFolderStream, IFolderStream, ISuperCollection> {
  public:
   static constexpr wchar_t kObjectName[] = L"FolderStream";
   static constexpr InterfaceEntry<CFolderStream> kInterfaces[] = {

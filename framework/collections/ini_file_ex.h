@@ -7,7 +7,7 @@
 #include "ini_document.h"
 #include "runtime/object.h"
 
-class CINIFileEx final : public CObjectImpl<CINIFileEx, IINIFileEx> {
+class CINIFileEx : public CObjectImpl<CINIFileEx, IINIFileEx> {
  public:
   static constexpr wchar_t kObjectName[] = L"INIFileEx";
   static constexpr InterfaceEntry<CINIFileEx> kInterfaces[] = {

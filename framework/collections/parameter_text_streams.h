@@ -11,7 +11,7 @@
 // adds that parameter; a field without one sets the value of the parameter at
 // the field's position in the file, or adds "Item<position>" (1-based) beyond
 // the set's end. Values come back as text.
-class CCSVStream final : public CParameterTextStream<CCSVStream, ICSVStream> {
+class CCSVStream : public CParameterTextStream<CCSVStream, ICSVStream> {
  public:
   static constexpr wchar_t kObjectName[] = L"CSVStream";
   static constexpr InterfaceEntry<CCSVStream> kInterfaces[] = {
@@ -28,7 +28,7 @@ class CCSVStream final : public CParameterTextStream<CCSVStream, ICSVStream> {
 // an unnamed one; values that are objects are left out; flags are not used).
 // Reading takes the name=value lines of every section (IniDocument rules) in
 // file order and updates or adds each parameter. Values come back as text.
-class CINIStream final : public CParameterTextStream<CINIStream, IINIStream> {
+class CINIStream : public CParameterTextStream<CINIStream, IINIStream> {
  public:
   static constexpr wchar_t kObjectName[] = L"INIStream";
   static constexpr InterfaceEntry<CINIStream> kInterfaces[] = {

@@ -10,7 +10,7 @@
 // Each object reads the file when it is made (and on Reload), so a changed
 // file or `$PARAMS_SETTINGS` is seen by the next object. "Workspace"/
 // "InstallPath" defaults to the folder that holds "_binlinux/".
-class CRegistry final : public CObjectImpl<CRegistry, IRegistryEx> {
+class CRegistry : public CObjectImpl<CRegistry, IRegistryEx> {
  public:
   static constexpr wchar_t kObjectName[] = L"Registry";
   static constexpr InterfaceEntry<CRegistry> kInterfaces[] = {

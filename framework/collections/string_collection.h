@@ -13,7 +13,7 @@
 #include "runtime/object.h"
 #include "runtime/reserved_slots.h"
 
-class CStringCollection final : public CObjectImpl<CStringCollection, StringCollectionSlots, ICreatableString> {
+class CStringCollection : public CObjectImpl<CStringCollection, StringCollectionSlots, ICreatableString> {
  public:
   static constexpr wchar_t kObjectName[] = L"StringCollection";
   static constexpr InterfaceEntry<CStringCollection> kInterfaces[] = {

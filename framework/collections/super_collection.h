@@ -6,7 +6,7 @@
 #include "runtime/object.h"
 #include "runtime/resource_lock.h"
 
-class CSuperCollection final : public CObjectImpl<CSuperCollection>,
+class CSuperCollection : public CObjectImpl<CSuperCollection>,
                                public INamedCollectionImpl<CSuperCollection, ISuperCollection, IUnknown> {
  public:
   static constexpr wchar_t kObjectName[] = L"SuperCollection";

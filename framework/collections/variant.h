@@ -4,7 +4,7 @@
 
 #include "runtime/object.h"
 
-class CVariant final : public CObjectImpl<CVariant, IVariant> {
+class CVariant : public CObjectImpl<CVariant, IVariant> {
  public:
   static constexpr wchar_t kObjectName[] = L"Variant";
   static constexpr InterfaceEntry<CVariant> kInterfaces[] = {

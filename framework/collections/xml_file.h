@@ -10,7 +10,7 @@
 
 #include "runtime/object.h"
 
-class CXMLFile final : public CObjectImpl<CXMLFile, IXMLFile, IFileArchive> {
+class CXMLFile : public CObjectImpl<CXMLFile, IXMLFile, IFileArchive> {
  public:
   static constexpr wchar_t kObjectName[] = L"XMLFile";
   static constexpr InterfaceEntry<CXMLFile> kInterfaces[] = {

@@ -56,7 +56,7 @@ class CXMLStreamBase : public CObjectImpl<Self, XMLStreamExSlots, IDataStream> {
   size_t m_ReadPosition = 0;  // in bytes, for IDataStream::Read
 };
 
-class CXMLStream final : public CXMLStreamBase<CXMLStream> {
+class CXMLStream : public CXMLStreamBase<CXMLStream> {
  public:
   static constexpr wchar_t kObjectName[] = L"XMLStream";
   static constexpr InterfaceEntry<CXMLStream> kInterfaces[] = {
@@ -66,7 +66,7 @@ class CXMLStream final : public CXMLStreamBase<CXMLStream> {
   };
 };
 
-class CXMLStreamEx final : public CXMLStreamBase<CXMLStreamEx> {
+class CXMLStreamEx : public CXMLStreamBase<CXMLStreamEx> {
  public:
   static constexpr wchar_t kObjectName[] = L"XMLStreamEx";
   static constexpr InterfaceEntry<CXMLStreamEx> kInterfaces[] = {

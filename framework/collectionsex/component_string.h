@@ -7,7 +7,7 @@
 
 #include "runtime/object.h"
 
-class CComponentString final : public CObjectImpl<CComponentString, IComponentString> {
+class CComponentString : public CObjectImpl<CComponentString, IComponentString> {
  public:
   static constexpr wchar_t kObjectName[] = L"ComponentString";
   static constexpr InterfaceEntry<CComponentString> kInterfaces[] = {

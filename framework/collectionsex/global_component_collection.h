@@ -12,7 +12,7 @@
 #include "runtime/resource_lock.h"
 #include "sibling_modules.h"
 
-class CGlobalComponentCollection final
+class CGlobalComponentCollection
     : public CObjectImpl<CGlobalComponentCollection, ComponentCollectionSlots> {
  public:
   static constexpr wchar_t kObjectName[] = L"GlobalComponentCollection";

@@ -8,22 +8,25 @@
 // after an invalidation, in the mode that lookup asks for (whole name or
 // prefix), and then updated incrementally.
 //
-// Names are framework strings held by reference; the index keeps a folded
-// copy of each name's text taken when the record was indexed. If a caller
-// changes a name string's text in place afterwards, a lookup that lands on
-// that record sees that its current text no longer matches, rebuilds the
-// index from the current texts and looks again, so a lookup never answers a
-// record whose name does not match. A lookup by the changed text may miss the
-// record until then: a rename goes through Rename.
+// Names are framework strings held by reference, and a holder may change a
+// string's text in place. The index therefore serves lookups only while it
+// can see every such change: each indexed name must answer
+// IStringChangeCounter, and the shared change counter must not have moved
+// since the index was built; otherwise the index is rebuilt from the current
+// texts. While some name cannot be watched, lookups scan from index 0. Either
+// way a lookup answers exactly what a first-match scan of the current names
+// answers.
 //
 // The index has its own mutex, so lookups from several threads that do not
 // change the collection are safe even while no collection lock is held.
 #pragma once
 
+#include <atomic>
 #include <mutex>
 
 #include "parameters/exact_name_index.h"
 #include "parameters/prefix_name_index.h"
+#include "runtime/smart_ptr.h"
 
 // Sets the Position of records [first, count) to their index.
 template <class Record, class Slot>
@@ -45,11 +48,13 @@ class NameIndex {
     std::lock_guard<std::mutex> guard(m_Mutex);
     if (m_Built) EraseFromBuilt(record);
     record->IndexEntry = nullptr;
+    m_Unwatchable = false;  // the name that could not be watched may be the one leaving
   }
 
   void Invalidate() {
     std::lock_guard<std::mutex> guard(m_Mutex);
     Drop();
+    m_Unwatchable = false;
   }
 
   // Index of the first of the `count` records in `items` whose name matches
@@ -57,23 +62,23 @@ class NameIndex {
   template <class Slot>
   int32_t FindFirst(tagREFString key, NameMatch match, Slot* const* items, int32_t count) {
     std::lock_guard<std::mutex> guard(m_Mutex);
-    for (int attempt = 0; attempt < 2; ++attempt) {
-      if (!m_Built || m_Match != match) Rebuild(match, items, count);
-      if (!m_Built) break;  // out of memory while building
+    if (m_Built && (m_Match != match || NamesChanged())) Drop();
+    if (!m_Built && !m_Unwatchable) Rebuild(match, items, count);
+    if (m_Built) {
       Record* found = FindInBuilt(key);
-      if (!found) return -1;
-      if (Matches(NameTextOf(found->Name), key)) return found->Position;
-      Drop();  // a name was changed in place: rebuild from the current texts
+      return found ? found->Position : -1;
     }
     for (int32_t i = 0; i < count; ++i)
-      if (Matches(NameTextOf(items[i]->Name), key)) return i;
+      if (Matches(NameTextOf(items[i]->Name), key, match)) return i;
     return -1;
   }
 
  private:
-  bool Matches(tagREFString name, tagREFString key) const {
-    return m_Match == NameMatch::kWhole ? MatchesWholeName(name, key) : MatchesNamePrefix(name, key);
+  static bool Matches(tagREFString name, tagREFString key, NameMatch match) {
+    return match == NameMatch::kWhole ? MatchesWholeName(name, key) : MatchesNamePrefix(name, key);
   }
+
+  bool NamesChanged() const { return m_Changes && m_Changes->load(std::memory_order_acquire) != m_ChangesSeen; }
 
   Record* FindInBuilt(tagREFString key) const {
     return m_Match == NameMatch::kWhole ? m_Whole.FindFirst(key) : m_Prefix.FindFirst(key);
@@ -86,9 +91,26 @@ class NameIndex {
       m_Prefix.Erase(record);
   }
 
-  // Indexes a record; if memory runs out the index is dropped and rebuilt later.
+  // Asks the name to report changes of its text. False when it cannot, or
+  // when its changes are counted elsewhere than those of the names before it.
+  bool Watch(IString* name) {
+    SmartPtr<IStringChangeCounter> watched = QueryAs<IStringChangeCounter>(name);
+    const std::atomic<uint64_t>* changes = watched ? watched->WatchChanges() : nullptr;
+    if (!changes || (m_Changes && changes != m_Changes)) return false;
+    m_Changes = changes;
+    return true;
+  }
+
+  // Indexes a record. A name that cannot be watched switches lookups to
+  // scanning; if memory runs out the index is dropped and rebuilt later.
   void IndexOrDrop(Record* record) {
     record->IndexEntry = nullptr;
+    if (!record->Name) return;  // an unnamed record never matches and cannot change
+    if (!Watch(record->Name)) {
+      Drop();
+      m_Unwatchable = true;
+      return;
+    }
     tagREFString name = NameTextOf(record->Name);
     if (name.length <= 0) return;  // an empty name never matches a key
     try {
@@ -106,6 +128,11 @@ class NameIndex {
     Drop();
     m_Match = match;
     m_Built = true;
+    // The counter is read before any text, so that a change made while
+    // building shows at the next lookup.
+    for (int32_t i = 0; i < count && !m_Changes; ++i)
+      if (items[i]->Name) Watch(items[i]->Name);
+    if (m_Changes) m_ChangesSeen = m_Changes->load(std::memory_order_acquire);
     for (int32_t i = 0; i < count && m_Built; ++i) IndexOrDrop(static_cast<Record*>(items[i]));
   }
 
@@ -117,7 +144,10 @@ class NameIndex {
 
   std::mutex m_Mutex;
   bool m_Built = false;
+  bool m_Unwatchable = false;  // some name cannot be watched: lookups scan
   NameMatch m_Match = NameMatch::kWhole;
+  const std::atomic<uint64_t>* m_Changes = nullptr;  // the counter every indexed name advances
+  uint64_t m_ChangesSeen = 0;                          // its value when the index was built
   ExactNameIndex<Record> m_Whole;
   PrefixNameIndex<Record> m_Prefix;
 };

@@ -19,6 +19,7 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <memory>
 #include <type_traits>
 
@@ -120,10 +121,12 @@ class INamedCollectionImpl : public Interface {
     return S_OK;
   }
 
+  // The flag is cleared while the lock is still held: once it is given up,
+  // another thread may take it and set the flag.
   HRESULT CollectionUnlock() override {
     if (m_AutoLock) return S_OK;
-    Owner().Unlock();
     m_Locked = 0;
+    Owner().Unlock();
     return S_OK;
   }
 
@@ -234,9 +237,11 @@ class INamedCollectionImpl : public Interface {
       SortSlots((flags & kSortByNameLength) ? &COLLECTIONCompareByNameAndLength : &COLLECTIONCompareByName);
     }
     if (flags & kSortDescending) std::reverse(m_Items.get(), m_Items.get() + m_Count);
-    // Only a plain ascending name sort enables the binary search; any other
-    // order turns it off, so that it never runs over an order it cannot read.
-    m_Sorted = (!compare && !(flags & kSortDescending)) ? 1 : 0;
+    // Only a plain ascending sort by name enables the binary search. Any other
+    // order (descending, by length, or the caller's own) turns it off, so that
+    // the search never runs over an order it cannot read and lookups keep the
+    // answers of a first-match scan.
+    m_Sorted = (!compare && !(flags & (kSortDescending | kSortByNameLength))) ? 1 : 0;
     SetPositionsFrom<Record>(m_Items.get(), m_Count, 0);
     m_NameIndex.Invalidate();
     CollectionUnlock();
@@ -254,8 +259,8 @@ class INamedCollectionImpl : public Interface {
 
   HRESULT cUnlock() override {
     if (!m_AutoLock) return S_OK;
-    Owner().Unlock();
     m_Locked = 0;
+    Owner().Unlock();
     return S_OK;
   }
 
@@ -300,14 +305,16 @@ class INamedCollectionImpl : public Interface {
   INamedCollectionImpl(const INamedCollectionImpl&) = delete;
   INamedCollectionImpl& operator=(const INamedCollectionImpl&) = delete;
 
-  int32_t m_Count = 0;
+  // Atomic because get_Count, put_ItemFlags, Query and get_IndexAttached read
+  // it without the lock.
+  std::atomic<int32_t> m_Count{0};
   int32_t m_Capacity = 0;
   std::unique_ptr<Item*[]> m_Items;  // slots at and beyond m_Count are null
-  int32_t m_Sorted = 0;              // set only by an ascending name sort
+  int32_t m_Sorted = 0;              // set only by an ascending sort by name
   int32_t m_ExactNames = 0;          // 0: a key finds names that begin with it; 1: whole names
   int32_t m_AutoLock = 0;
   int32_t m_Reserved = 1;
-  int16_t m_Locked = 0;
+  std::atomic<int16_t> m_Locked{0};  // read by IsCollectionLocked without the lock
 
  private:
   using Verified = decltype(VerifiedTypeOf(&Interface::VerifyInterface));

@@ -10,6 +10,7 @@
 // 1 for "locked" here, the reverse of the named collection (intended).
 #pragma once
 
+#include <atomic>
 #include <memory>
 
 #include "parameters/name_index.h"
@@ -45,9 +46,11 @@ class ParameterStore {
   void ReleaseStorage();
 
   std::unique_ptr<PARAMETEROBJECT*[]> m_Items;  // slots at and beyond m_Count are null
-  int32_t m_Count = 0;
+  // Atomic because get_Count, the flag accessors and the range checks made
+  // before locking read it without the lock.
+  std::atomic<int32_t> m_Count{0};
   int32_t m_Capacity = 0;  // grows in steps of 10
-  int32_t m_Locked = 0;
+  std::atomic<int32_t> m_Locked{0};  // read by IsCollectionLocked without the lock
 
  private:
   // A record with the bookkeeping of the name index.
@@ -104,9 +107,11 @@ class IParametersImpl : public Interface, protected ParameterStore {
   }
 
   // A plain flag, not a depth: the first unlock already reports "unlocked".
+  // The flag is cleared while the lock is still held: once it is given up,
+  // another thread may take it and set the flag.
   HRESULT CollectionUnlock() override {
-    Owner().Unlock();
     m_Locked = 0;
+    Owner().Unlock();
     return S_OK;
   }
 

@@ -5,7 +5,7 @@
 #include "runtime/object.h"
 #include "runtime/resource_lock.h"
 
-class CParametersCreatable final : public CObjectImpl<CParametersCreatable>,
+class CParametersCreatable : public CObjectImpl<CParametersCreatable>,
                                    public IParametersImpl<CParametersCreatable, IParametersCreatable> {
  public:
   static constexpr wchar_t kObjectName[] = L"ParametersCreatable";

@@ -7,15 +7,42 @@
 // with the component told its module and class name.
 #include "framework_objects.h"
 
+#include <atomic>
+#include <mutex>
+
 #include "module_loader.h"
 #include "strings/ref_string.h"
 
 namespace {
 
+// A component object made on first use and kept until unload. Threads that
+// arrive together make it once: the first takes the lock and makes it, the
+// others wait and then see it; later calls read it without a lock. A failed
+// making leaves it null, so the next call tries again.
+class LazyComponent {
+ public:
+  ~LazyComponent() {
+    if (IComponentString* component = m_Component.load(std::memory_order_acquire)) component->Release();
+  }
+
+  template <class Make>
+  IComponentString* Get(Make&& make) {
+    if (IComponentString* component = m_Component.load(std::memory_order_acquire)) return component;
+    std::lock_guard<std::mutex> guard(m_Making);
+    if (IComponentString* component = m_Component.load(std::memory_order_acquire)) return component;
+    IComponentString* made = make().Detach();
+    m_Component.store(made, std::memory_order_release);
+    return made;
+  }
+
+ private:
+  std::atomic<IComponentString*> m_Component{nullptr};
+  std::mutex m_Making;
+};
+
 SmartPtr<IComponentString> MakeBasicComponent(const wchar_t* className) {
   SmartPtr<IComponentString> component;
-  if (SmartPtr<IComponentCollection> collection = SmartPtr<IComponentCollection>::Adopt(
-          gGlobalComponentCollection ? GLOBALComponents() : nullptr)) {
+  if (SmartPtr<IComponentCollection> collection = CurrentGlobalComponents()) {
     collection->CreateByName(RefOf(className), nullptr, component.ReceiveVoid());
   }
   if (component) return component;
@@ -31,47 +58,46 @@ SmartPtr<IComponentString> MakeBasicComponent(const wchar_t* className) {
   return component;
 }
 
-// Keeps the component in `slot` (made on first use) and asks it for a new instance.
+// Asks the component (null allowed) for a new instance of I.
 template <class I>
-I* CreateFromBasicComponent(SmartPtr<IComponentString>& slot, const wchar_t* className) {
-  if (!slot) slot = MakeBasicComponent(className);
-  if (!slot) return nullptr;
+I* CreateInstanceFrom(IComponentString* component) {
+  if (!component) return nullptr;
   IID iid = IIDOf<I>();
   void* answer = nullptr;
-  slot->CreateInstance(&iid, &answer);
+  component->CreateInstance(&iid, &answer);
   return static_cast<I*>(answer);
+}
+
+// Keeps the component in `slot` (made on first use) and asks it for a new instance.
+template <class I>
+I* CreateFromBasicComponent(LazyComponent& slot, const wchar_t* className) {
+  return CreateInstanceFrom<I>(slot.Get([className] { return MakeBasicComponent(className); }));
 }
 
 }  // namespace
 
 ICreatableString* CREFString::CreateString() {
-  static SmartPtr<IComponentString> gStringComponent;
+  static LazyComponent gStringComponent;
   return CreateFromBasicComponent<ICreatableString>(gStringComponent, L"CreatableString");
 }
 
 IVariant* CREFString::CreateVariant() {
-  static SmartPtr<IComponentString> gVariantComponent;
+  static LazyComponent gVariantComponent;
   return CreateFromBasicComponent<IVariant>(gVariantComponent, L"Variant");
 }
 
 ISuperCollection* CREFString::CreateCollection() {
-  static SmartPtr<IComponentString> gCollectionComponent;
+  static LazyComponent gCollectionComponent;
   return CreateFromBasicComponent<ISuperCollection>(gCollectionComponent, L"SuperCollection");
 }
 
 IParametersCreatable* BASEObject::CreateParameters() {
-  static SmartPtr<IComponentString> gParametersCreatable;
-  if (!gParametersCreatable) {
+  static LazyComponent gParametersCreatable;
+  return CreateInstanceFrom<IParametersCreatable>(gParametersCreatable.Get([] {
     SmartPtr<ICreatableString> name = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
-    if (!name) return nullptr;
-    name->SetText(RefOf(L"ParametersCreatable"));
-    gParametersCreatable = SmartPtr<IComponentString>::Adopt(GetComponentString(name.get()));
-    if (!gParametersCreatable) return nullptr;
-  }
-  IID iid = IID_IParametersCreatable;
-  void* answer = nullptr;
-  gParametersCreatable->CreateInstance(&iid, &answer);
-  return static_cast<IParametersCreatable*>(answer);
+    if (name) name->SetText(RefOf(L"ParametersCreatable"));
+    return SmartPtr<IComponentString>::Adopt(name ? GetComponentString(name.get()) : nullptr);
+  }));
 }
 
 IDblVector* BASEObject::CreateDBLBuffer() { return CreateObjectAs<IDblVector>(L"DblBuffer").Detach(); }

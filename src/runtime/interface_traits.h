@@ -20,6 +20,7 @@ struct InterfaceTraits<IUnknown> {
 
 DECLARE_INTERFACE_ID(IString)
 DECLARE_INTERFACE_ID(ICreatableString)
+DECLARE_INTERFACE_ID(IStringChangeCounter)
 DECLARE_INTERFACE_ID(IVariant)
 DECLARE_INTERFACE_ID(IComponentCollection)
 DECLARE_INTERFACE_ID(IComponentString)

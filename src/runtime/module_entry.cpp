@@ -4,8 +4,6 @@
 #include "class_table.h"
 
 MODULE_EXPORT int32_t InitializeModule(void* /*reserved*/, IComponentCollection* collection) {
-  if (collection) collection->AddRef();
-  gGlobalComponentCollection.Reset();
-  gGlobalComponentCollection = SmartPtr<IComponentCollection>::Adopt(collection);
+  ReplaceGlobalComponents(collection);
   return 0;
 }

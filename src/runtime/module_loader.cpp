@@ -6,11 +6,20 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 #include <vector>
 
 SmartPtr<IComponentCollection> gGlobalComponentCollection;
 
 namespace {
+
+// Guards gGlobalComponentCollection: threads that make it on first use
+// together make it once, and a reader never sees it half replaced. Recursive
+// because making it loads a module, which may hand the collection back.
+std::recursive_mutex& GlobalComponentsLock() {
+  static std::recursive_mutex lock;
+  return lock;
+}
 
 constexpr char kModuleFolder[] = "./_binlinux/";
 constexpr int kModuleFolderLength = sizeof(kModuleFolder) - 1;  // 12
@@ -53,14 +62,32 @@ CreationFunction MODULECreateFunction(tagREFString moduleName, tagREFString clas
   if (!createFunction) return nullptr;
 
   // The other module shares this module's collection; done on every call.
-  if (initialize && gGlobalComponentCollection) initialize(nullptr, gGlobalComponentCollection.get());
+  if (initialize) {
+    if (SmartPtr<IComponentCollection> shared = CurrentGlobalComponents()) initialize(nullptr, shared.get());
+  }
 
   void* function = nullptr;
   createFunction(className, &function);
   return reinterpret_cast<CreationFunction>(function);
 }
 
+SmartPtr<IComponentCollection> CurrentGlobalComponents() {
+  std::lock_guard<std::recursive_mutex> guard(GlobalComponentsLock());
+  return gGlobalComponentCollection;
+}
+
+void ReplaceGlobalComponents(IComponentCollection* collection) {
+  SmartPtr<IComponentCollection> old;
+  {
+    std::lock_guard<std::recursive_mutex> guard(GlobalComponentsLock());
+    old = std::move(gGlobalComponentCollection);
+    gGlobalComponentCollection = SmartPtr<IComponentCollection>(collection);
+  }
+  // `old` is released here, outside the lock.
+}
+
 IComponentCollection* GLOBALComponents() {
+  std::lock_guard<std::recursive_mutex> guard(GlobalComponentsLock());
   if (!gGlobalComponentCollection) {
     CreationFunction create = MODULECreateFunction(RefOf(L"CollectionsEx"), RefOf(L"GlobalComponentCollection"));
     if (create) {

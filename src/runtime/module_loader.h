@@ -6,7 +6,15 @@
 #include "smart_ptr.h"
 
 // The collection this module shares with the host and the sibling modules.
+// Read and written only under its lock, through the functions below (tests
+// that run on one thread may look at it directly).
 extern SmartPtr<IComponentCollection> gGlobalComponentCollection;
+
+// Another reference to the kept collection, or null; never makes one.
+SmartPtr<IComponentCollection> CurrentGlobalComponents();
+
+// Keeps `collection` (null clears) and releases the one kept before.
+void ReplaceGlobalComponents(IComponentCollection* collection);
 
 // Longest module name accepted; longer names would overflow the path buffer.
 constexpr int32_t kMaxModuleNameLength = 240;

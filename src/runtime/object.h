@@ -3,14 +3,16 @@
 // CObjectImpl<T, Interfaces...>, the base every creatable class derives from.
 //
 // A creatable class is declared as
-//   class CExpression final : public CObjectImpl<CExpression, IExpression, IDataPersist> {
+//   class CExpression : public CObjectImpl<CExpression, IExpression, IDataPersist> {
 //     static constexpr wchar_t kObjectName[] = L"Expression";
 //     static constexpr InterfaceEntry<CExpression> kInterfaces[] = {...};
 //     ...own operations, in the class's documented slot order...
 //   };
 // Its layout is: the primary table pointer and the reference count
 // (CObject<T>), the IObjectInfo table pointer, one table pointer per further
-// interface, then the class's own members.
+// interface, then the class's own members. The object actually made is a
+// GuardedObject<T> (interface_guards.h), which keeps exceptions from crossing
+// any of T's interfaces; a class is therefore never declared final.
 #pragma once
 
 #include <atomic>
@@ -32,6 +34,9 @@ template <class T, class I>
 IUnknown* InterfaceOf(T* self) {
   return static_cast<I*>(self);
 }
+
+template <class T>
+class GuardedObject;
 
 template <class T>
 class CObject : public IUnknown {
@@ -59,17 +64,16 @@ class CObject : public IUnknown {
     return E_NOINTERFACE;
   }
 
+  // Both answer the count the atomic operation itself produced: reading the
+  // count again could touch an object another thread has just destroyed.
   uint32_t AddRef() override {
-    m_RefCount.fetch_add(1, std::memory_order_seq_cst);
-    return static_cast<uint32_t>(m_RefCount.load(std::memory_order_seq_cst));
+    return static_cast<uint32_t>(m_RefCount.fetch_add(1, std::memory_order_seq_cst) + 1);
   }
 
   uint32_t Release() override {
-    if (m_RefCount.fetch_sub(1, std::memory_order_seq_cst) == 1) {
-      Destroy();
-      return 0;
-    }
-    return static_cast<uint32_t>(m_RefCount.load(std::memory_order_seq_cst));
+    int32_t remaining = m_RefCount.fetch_sub(1, std::memory_order_seq_cst) - 1;
+    if (remaining == 0) Destroy();
+    return static_cast<uint32_t>(remaining);
   }
 
   virtual HRESULT FinalConstruct() { return S_OK; }
@@ -84,7 +88,8 @@ class CObject : public IUnknown {
  private:
   void Destroy() {
     FinalRelease();
-    delete static_cast<T*>(this);  // members release what they hold
+    // Every object is made as a GuardedObject<T>; members release what they hold.
+    delete static_cast<GuardedObject<T>*>(static_cast<T*>(this));
   }
 
   std::atomic<int32_t> m_RefCount{1};
@@ -96,7 +101,7 @@ HRESULT CObject<T>::_CreateInstance(void* /*outer*/, IID* iid, void** out) {
   *out = nullptr;
   T* object = nullptr;
   return GuardedCall([&]() -> HRESULT {
-    object = new T();
+    object = new GuardedObject<T>();
     HRESULT result = object->FinalConstruct();
     if (result == S_OK) {
       result = object->QueryInterface(iid ? *iid : IID_NULL, out);
@@ -160,3 +165,5 @@ SmartPtr<T> NewObject() {
   if (CObject<T>::_CreateInstance(nullptr, &iid, &unknown) != S_OK) return SmartPtr<T>();
   return SmartPtr<T>::Adopt(static_cast<T*>(static_cast<CObject<T>*>(static_cast<IUnknown*>(unknown))));
 }
+
+#include "interface_guards.h"

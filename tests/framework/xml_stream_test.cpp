@@ -47,7 +47,7 @@ SmartPtr<IXMLStream> ChildStream(IXMLStream* stream, const std::wstring& name) {
 }
 
 // Serves "XMLProbe" itself and hands every other class to the framework's collection.
-class CProbeCollection final : public CObjectImpl<CProbeCollection, ComponentCollectionSlots> {
+class CProbeCollection : public CObjectImpl<CProbeCollection, ComponentCollectionSlots> {
  public:
   static constexpr wchar_t kObjectName[] = L"ProbeCollection";
   static constexpr InterfaceEntry<CProbeCollection> kInterfaces[] = {

@@ -11,7 +11,7 @@ using Names = std::vector<std::wstring>;
 const std::wstring kProlog =
     L"<?xml version=\"1.0\"?>\r\n<?xml-stylesheet href=\"generic.xsl\" type=\"text/xsl\"?>\r\n";
 
-class CXMLProbe final : public CObjectImpl<CXMLProbe, IDataPersist> {
+class CXMLProbe : public CObjectImpl<CXMLProbe, IDataPersist> {
  public:
   static constexpr wchar_t kObjectName[] = L"XMLProbe";
   static constexpr InterfaceEntry<CXMLProbe> kInterfaces[] = {

@@ -85,7 +85,7 @@ void ExpectSlotsGrowBy(int32_t step, IUnknown* object) {
 
 // A named collection of parameter sets that matches whole names only, and
 // shows its capacity and sorted mode.
-class CExactCollection final : public CObjectImpl<CExactCollection>,
+class CExactCollection : public CObjectImpl<CExactCollection>,
                                public INamedCollectionImpl<CExactCollection, ISuperCollection, IParameters> {
  public:
   static constexpr wchar_t kObjectName[] = L"ExactCollection";
@@ -117,7 +117,7 @@ class CExactCollection final : public CObjectImpl<CExactCollection>,
 };
 
 // A parameter set that shows its capacity.
-class CCapacityParameters final : public CObjectImpl<CCapacityParameters>,
+class CCapacityParameters : public CObjectImpl<CCapacityParameters>,
                                   public IParametersImpl<CCapacityParameters, IParametersCreatable> {
  public:
   static constexpr wchar_t kObjectName[] = L"CapacityParameters";

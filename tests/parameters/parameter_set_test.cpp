@@ -12,7 +12,7 @@ namespace {
 using namespace collection_test;
 
 // An input binding whose get_Object hands out a fixed object (or fails without one).
-class CFixedInput final : public CObjectImpl<CFixedInput, IInputParameter> {
+class CFixedInput : public CObjectImpl<CFixedInput, IInputParameter> {
  public:
   static constexpr wchar_t kObjectName[] = L"FixedInput";
   static constexpr InterfaceEntry<CFixedInput> kInterfaces[] = {

@@ -45,7 +45,7 @@ struct Census {
 };
 Census gCensus;
 
-class CProbe final : public CObjectImpl<CProbe, IProbe, ISecond> {
+class CProbe : public CObjectImpl<CProbe, IProbe, ISecond> {
  public:
   static constexpr wchar_t kObjectName[] = L"Probe";
   static constexpr InterfaceEntry<CProbe> kInterfaces[] = {
@@ -177,7 +177,7 @@ TEST_F(ObjectModel, SmartPointersCompareIdentitiesAndCast) {
 }
 
 // A container that answers the identities it is asked for through its moniker.
-class CContainerMoniker final : public CObjectImpl<CContainerMoniker, ICollectionMoniker> {
+class CContainerMoniker : public CObjectImpl<CContainerMoniker, ICollectionMoniker> {
  public:
   static constexpr wchar_t kObjectName[] = L"ContainerMoniker";
   static constexpr InterfaceEntry<CContainerMoniker> kInterfaces[] = {
@@ -190,7 +190,7 @@ class CContainerMoniker final : public CObjectImpl<CContainerMoniker, ICollectio
   SmartPtr<IUnknown> target;
 };
 
-class CHost final : public CObjectImpl<CHost, IHostWindow> {
+class CHost : public CObjectImpl<CHost, IHostWindow> {
  public:
   static constexpr wchar_t kObjectName[] = L"Host";
   static constexpr InterfaceEntry<CHost> kInterfaces[] = {{&IID_IHostWindow, InterfaceOf<CHost, IHostWindow>}};

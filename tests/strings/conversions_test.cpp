@@ -55,7 +55,7 @@ TEST(ISCreateVariantPrecision, NumbersAndPlainNumberTexts) {
 }
 
 // An object that does not tell its class name.
-class CAnonymousObject final : public CObjectImpl<CAnonymousObject> {
+class CAnonymousObject : public CObjectImpl<CAnonymousObject> {
  public:
   static constexpr wchar_t kObjectName[] = L"AnonymousObject";
   static constexpr InterfaceEntry<CAnonymousObject> kInterfaces[] = {

@@ -214,7 +214,7 @@ TEST(Swprintf, FormatsAndTerminatesInsideTheBuffer) {
 }
 
 // A stream whose text is reached through IString, as framework streams offer it.
-class CTextStream final : public CObjectImpl<CTextStream, IDataStream, IString> {
+class CTextStream : public CObjectImpl<CTextStream, IDataStream, IString> {
  public:
   static constexpr wchar_t kObjectName[] = L"TextStream";
   static constexpr InterfaceEntry<CTextStream> kInterfaces[] = {
