@@ -4,7 +4,7 @@ ARMHF_BUILD ?= build-armhf
 GENERATOR := -G Ninja
 CMAKE_FLAGS ?=
 
-.PHONY: all bootstrap configure build run test bench fuzz asan tsan armhf clean
+.PHONY: all bootstrap configure build run test bench asan tsan armhf clean
 
 all: build
 
@@ -22,6 +22,18 @@ run: build
 
 test: build
 	@cd $(BUILD) && ctest --output-on-failure -j2
+
+# The whole suite under AddressSanitizer with UndefinedBehaviorSanitizer, and
+# under ThreadSanitizer, each in a build folder of its own; any report fails.
+asan: bootstrap
+	@cmake -S . -B build-asan $(GENERATOR) -DPARAMS_SANITIZE=address,undefined $(CMAKE_FLAGS) >/dev/null
+	@cmake --build build-asan
+	@cd build-asan && ctest --output-on-failure -j2
+
+tsan: bootstrap
+	@cmake -S . -B build-tsan $(GENERATOR) -DPARAMS_SANITIZE=thread $(CMAKE_FLAGS) >/dev/null
+	@cmake --build build-tsan
+	@cd build-tsan && TSAN_OPTIONS=halt_on_error=1 ctest --output-on-failure -j2
 
 # Cross-build for 32-bit ARM hard-float; CTest runs every test program under qemu-user.
 armhf:

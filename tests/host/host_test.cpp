@@ -9,6 +9,18 @@
 #include "runtime/smart_ptr.h"
 #include "test_support.h"
 
+// The primary table of "ParametersCreatable" as a host declares it: the
+// object model's four operations, then the class's own, Sort first. Declared
+// outside the anonymous namespace so the compiler cannot assume that nothing
+// implements it.
+struct ParametersCreatablePrimaryTable : IUnknown {
+  virtual HRESULT FinalConstruct() = 0;
+  virtual void FinalRelease() = 0;
+  virtual void Lock() = 0;
+  virtual void Unlock() = 0;
+  virtual HRESULT Sort(int32_t flags) = 0;
+};
+
 namespace {
 
 typedef int32_t (*CreateFunctionType)(tagREFString, void**);
@@ -63,30 +75,64 @@ TEST(Host, CreateFunctionMatchesExactly) {
   }
 }
 
-// Each of the module's nine names either is not available yet or creates an
-// object that reports that very class name.
+// Each of the module's nine names that is built creates an object that reports
+// that very class name; a name not built yet is refused like an unknown one.
 TEST(Host, ParameterModuleClassNames) {
   LoadedModule module = Load("Parameters.so");
   ASSERT_NE(module.createFunction, nullptr);
-  for (const wchar_t* name : {L"ConditionalExpression", L"Expression", L"ExpressionBuilder", L"InputParameter",
-                              L"InputParameters", L"ParametersCreatable", L"ParametersCreator", L"TextParser",
-                              L"ParamCollection"}) {
+  const struct {
+    const wchar_t* name;
+    bool built;
+  } classes[] = {
+      {L"ConditionalExpression", false}, {L"Expression", false},      {L"ExpressionBuilder", false},
+      {L"InputParameter", false},        {L"InputParameters", false}, {L"ParametersCreatable", true},
+      {L"ParametersCreator", false},     {L"TextParser", false},      {L"ParamCollection", false},
+  };
+  for (const auto& c : classes) {
+    SCOPED_TRACE(testing::PrintToString(std::wstring(c.name)));
     void* create = nullptr;
-    int32_t result = module.createFunction(View(name), &create);
-    if (result == E_FAIL) continue;
-    ASSERT_EQ(result, S_OK) << testing::PrintToString(std::wstring(name));
+    ASSERT_EQ(module.createFunction(View(c.name), &create), c.built ? S_OK : E_FAIL);
+    if (!c.built) continue;
     IID iid = IID_IObjectInfo;
     SmartPtr<IObjectInfo> info;
     ASSERT_EQ(reinterpret_cast<CreationFunction>(create)(nullptr, &iid, info.ReceiveVoid()), S_OK);
     tagREFString reported{};
     info->GetName(0, &reported);
-    EXPECT_EQ(std::wstring(reported.text, static_cast<size_t>(reported.length)), name);
+    EXPECT_EQ(std::wstring(reported.text, static_cast<size_t>(reported.length)), c.name);
   }
   for (const wchar_t* wrong : {L"Expressions", L"expression", L"", L"PARAMETERSCREATABLE"}) {
     void* out = nullptr;
     EXPECT_EQ(module.createFunction(View(wrong), &out), E_FAIL);
     EXPECT_EQ(out, nullptr);
   }
+}
+
+// A host calls through a table type the object was not declared with; exempt
+// from the dynamic type check, which would rightly see a different type.
+__attribute__((no_sanitize("vptr"))) HRESULT SortThroughPrimaryTable(IUnknown* object, int32_t flags) {
+  return reinterpret_cast<ParametersCreatablePrimaryTable*>(object)->Sort(flags);
+}
+
+TEST(Host, PrimaryTableFollowsTheClassSlotOrder) {
+  LoadedModule module = Load("Parameters.so");
+  ASSERT_NE(module.createFunction, nullptr);
+  void* create = nullptr;
+  ASSERT_EQ(module.createFunction(View(L"ParametersCreatable"), &create), S_OK);
+  IID iid = IID_IParameters;
+  SmartPtr<IParameters> set;
+  ASSERT_EQ(reinterpret_cast<CreationFunction>(create)(nullptr, &iid, set.ReceiveVoid()), S_OK);
+  for (const wchar_t* name : {L"b", L"c", L"a"})
+    set->Add(test_support::MakeString(name).get(), nullptr, nullptr, 0);
+  SmartPtr<IUnknown> primary;
+  ASSERT_EQ(set->QueryInterface(IID_IUnknown, primary.ReceiveVoid()), S_OK);
+  EXPECT_EQ(SortThroughPrimaryTable(primary.get(), kSortDescending), S_OK);
+  std::wstring order;
+  for (int32_t i = 0; i < 3; ++i) {
+    SmartPtr<IString> name;
+    set->get_ItemName(i, name.Receive());
+    order += test_support::TextOf(name);
+  }
+  EXPECT_EQ(order, L"cba");
 }
 
 // The host makes the collection, hands it to the modules, and creates by class name.

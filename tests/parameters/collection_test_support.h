@@ -1,7 +1,6 @@
 // Helpers of the collection tests: making collections, names, reference
-// first-match scans that the indexed lookups must agree with, and test owners
-// of the collection templates that expose what the interfaces do not show
-// (capacity, m_Sorted).
+// first-match scans that the indexed lookups must agree with, and a test
+// owner of the named-collection template that shows m_Sorted.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -68,23 +67,8 @@ int32_t IndexOfName(Collection* collection, const std::wstring& key) {
   return index;
 }
 
-// Adds one item more than `step` to a new Collection: the capacity is `step`
-// before the last one and twice that after it, and every item survives the move.
-template <class Collection>
-void ExpectSlotsGrowBy(int32_t step, IUnknown* object) {
-  SmartPtr<Collection> collection = NewObject<Collection>();
-  for (int32_t i = 0; i < step; ++i) collection->Add(nullptr, object, nullptr, i);
-  EXPECT_EQ(collection->Capacity(), step);
-  ASSERT_EQ(collection->Add(MakeString(L"last").get(), object, nullptr, step), S_OK);
-  EXPECT_EQ(collection->Capacity(), 2 * step);
-  int32_t flags = 0;
-  EXPECT_EQ(collection->get_ItemFlags(step - 1, &flags), S_OK);
-  EXPECT_EQ(flags, step - 1);
-  EXPECT_EQ(IndexOfName(collection.get(), L"LAST"), step);
-}
-
 // A named collection of parameter sets that matches whole names only, and
-// shows its capacity and sorted mode.
+// shows its sorted mode.
 class CExactCollection : public CObjectImpl<CExactCollection>,
                                public INamedCollectionImpl<CExactCollection, ISuperCollection, IParameters> {
  public:
@@ -109,27 +93,10 @@ class CExactCollection : public CObjectImpl<CExactCollection>,
     return *verified ? S_OK : E_FAIL;
   }
 
-  int32_t Capacity() const { return m_Capacity; }
   int32_t Sorted() const { return m_Sorted; }
 
  private:
   CResourceLock m_Lock;
-};
-
-// A parameter set that shows its capacity.
-class CCapacityParameters : public CObjectImpl<CCapacityParameters>,
-                                  public IParametersImpl<CCapacityParameters, IParametersCreatable> {
- public:
-  static constexpr wchar_t kObjectName[] = L"CapacityParameters";
-  static constexpr InterfaceEntry<CCapacityParameters> kInterfaces[] = {
-      {&IID_IParameters, InterfaceOf<CCapacityParameters, IParametersCreatable>},
-  };
-
-  HRESULT QueryInterface(const IID& iid, void** out) override { return CObjectImpl::QueryInterface(iid, out); }
-  uint32_t AddRef() override { return CObjectImpl::AddRef(); }
-  uint32_t Release() override { return CObjectImpl::Release(); }
-
-  int32_t Capacity() const { return m_Capacity; }
 };
 
 // A caller's comparison for Sort: longer names first, then descending names.

@@ -17,8 +17,6 @@ class NamedCollectionTest : public ::testing::Test {
   SmartPtr<IParametersCreatable> object = NewParameters();
 };
 
-TEST_F(NamedCollectionTest, SlotsGrowBy1024) { ExpectSlotsGrowBy<CExactCollection>(1024, object.get()); }
-
 TEST_F(NamedCollectionTest, ObjectAndAttachedLookups) {
   SmartPtr<ISuperCollection> other = NewSuperCollection();
   collection->Add(MakeString(L"a").get(), other.get(), nullptr, 0);

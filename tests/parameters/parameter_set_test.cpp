@@ -61,8 +61,6 @@ class ParameterSetTest : public ::testing::Test {
   SmartPtr<IParametersCreatable> set = NewParameters();
 };
 
-TEST_F(ParameterSetTest, SlotsGrowByTen) { ExpectSlotsGrowBy<CCapacityParameters>(10, MakeLong(1).get()); }
-
 TEST_F(ParameterSetTest, ValuesEnterAsVariants) {
   SmartPtr<IVariant> shared = MakeLong(5);
   SmartPtr<IParametersCreatable> plain = NewParameters();

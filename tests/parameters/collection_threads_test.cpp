@@ -1,0 +1,50 @@
+// Collections shared between threads: callers bracket their changes with
+// CollectionLock/CollectionUnlock, and while a caller holds the lock both
+// templates must report it as locked, whatever the other threads do.
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+#include "collection_test_support.h"
+
+namespace {
+
+using namespace collection_test;
+
+constexpr int kThreads = 4;
+constexpr int kRounds = 3000;
+
+// Each thread adds kRounds items inside the lock, checking the lock report
+// each time; `locked` is the template's answer for "locked".
+template <class Collection>
+void BracketAddsFromThreads(Collection* collection, IUnknown* object, HRESULT locked) {
+  std::vector<std::thread> threads;
+  std::atomic<int> misreported{0};
+  for (int t = 0; t < kThreads; ++t)
+    threads.emplace_back([&] {
+      for (int i = 0; i < kRounds; ++i) {
+        collection->CollectionLock();
+        if (collection->IsCollectionLocked() != locked) ++misreported;
+        collection->Add(nullptr, object, nullptr, 0);
+        collection->CollectionUnlock();
+      }
+    });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(misreported, 0);
+  int32_t count = 0;
+  collection->get_Count(&count);
+  EXPECT_EQ(count, kThreads * kRounds) << "no add was lost";
+  EXPECT_EQ(collection->IsCollectionLocked(), locked == 0 ? 1 : 0) << "unlocked at the end";
+}
+
+TEST(CollectionThreads, ParameterSetReportsItsLockWhileHeld) {
+  BracketAddsFromThreads(NewParameters().get(), MakeLong(1).get(), 1);
+}
+
+TEST(CollectionThreads, NamedCollectionReportsItsLockWhileHeld) {
+  SmartPtr<IParametersCreatable> item = NewParameters();
+  BracketAddsFromThreads(NewObject<CExactCollection>().get(), item.get(), 0);
+}
+
+}  // namespace
