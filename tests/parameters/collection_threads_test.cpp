@@ -3,6 +3,7 @@
 // templates must report it as locked, whatever the other threads do.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 #include <vector>
 
@@ -40,6 +41,29 @@ void BracketAddsFromThreads(Collection* collection, IUnknown* object, HRESULT lo
 
 TEST(CollectionThreads, ParameterSetReportsItsLockWhileHeld) {
   BracketAddsFromThreads(NewParameters().get(), MakeLong(1).get(), 1);
+}
+
+// Readers that do not take the lock themselves: the range check made before
+// locking reads the count while writers change it (well defined, and the
+// answer is either a value or 0x80070057).
+TEST(CollectionThreads, ParameterSetReadersBesideWriters) {
+  SmartPtr<IParametersCreatable> set = NewParameters();
+  std::atomic<bool> writing{true};
+  std::atomic<int> wrongAnswers{0};
+  std::thread reader([&] {
+    while (writing) {
+      int32_t count = 0;
+      set->get_Count(&count);
+      SmartPtr<IVariant> value;
+      HRESULT result = set->get_ItemVariant(count, value.Receive());  // one past the end, unless an add came first
+      if (result != E_INVALIDARG && result != S_OK) ++wrongAnswers;
+      if (count > 0 && set->get_ItemVariant(count - 1, value.Receive()) != S_OK) ++wrongAnswers;
+    }
+  });
+  BracketAddsFromThreads(set.get(), MakeLong(1).get(), 1);
+  writing = false;
+  reader.join();
+  EXPECT_EQ(wrongAnswers, 0);
 }
 
 TEST(CollectionThreads, NamedCollectionReportsItsLockWhileHeld) {
