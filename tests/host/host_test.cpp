@@ -43,6 +43,18 @@ LoadedModule Load(const char* file) {
 
 tagREFString View(const wchar_t* text) { return {static_cast<int32_t>(wcslen(text)), text}; }
 
+// A new object of `className` from `file`, asked for I, as a host makes it; null on any failure.
+template <class I>
+SmartPtr<I> CreateFrom(const char* file, const wchar_t* className) {
+  SmartPtr<I> object;
+  LoadedModule module = Load(file);
+  void* create = nullptr;
+  if (!module.createFunction || module.createFunction(View(className), &create) != S_OK) return object;
+  IID iid = IIDOf<I>();
+  reinterpret_cast<CreationFunction>(create)(nullptr, &iid, object.ReceiveVoid());
+  return object;
+}
+
 // Class names match exactly: same length, every character equal, case-sensitive. The name crosses
 // CreateFunction by value as a counted view, so only `length` characters count.
 TEST(Host, CreateFunctionMatchesExactly) {
@@ -114,13 +126,8 @@ __attribute__((no_sanitize("vptr"))) HRESULT SortThroughPrimaryTable(IUnknown* o
 }
 
 TEST(Host, PrimaryTableFollowsTheClassSlotOrder) {
-  LoadedModule module = Load("Parameters.so");
-  ASSERT_NE(module.createFunction, nullptr);
-  void* create = nullptr;
-  ASSERT_EQ(module.createFunction(View(L"ParametersCreatable"), &create), S_OK);
-  IID iid = IID_IParameters;
-  SmartPtr<IParameters> set;
-  ASSERT_EQ(reinterpret_cast<CreationFunction>(create)(nullptr, &iid, set.ReceiveVoid()), S_OK);
+  SmartPtr<IParameters> set = CreateFrom<IParameters>("Parameters.so", L"ParametersCreatable");
+  ASSERT_TRUE(set);
   for (const wchar_t* name : {L"b", L"c", L"a"})
     set->Add(test_support::MakeString(name).get(), nullptr, nullptr, 0);
   SmartPtr<IUnknown> primary;
@@ -137,18 +144,14 @@ TEST(Host, PrimaryTableFollowsTheClassSlotOrder) {
 
 // The host makes the collection, hands it to the modules, and creates by class name.
 TEST(Host, SharedComponentCollection) {
-  LoadedModule registry = Load("CollectionsEx.so");
   LoadedModule parameters = Load("Parameters.so");
-  ASSERT_NE(registry.createFunction, nullptr);
-  void* create = nullptr;
-  ASSERT_EQ(registry.createFunction(View(L"GlobalComponentCollection"), &create), S_OK);
-  IID iid = IID_IComponentCollection;
-  SmartPtr<IComponentCollection> collection;
-  ASSERT_EQ(reinterpret_cast<CreationFunction>(create)(nullptr, &iid, collection.ReceiveVoid()), S_OK);
+  SmartPtr<IComponentCollection> collection =
+      CreateFrom<IComponentCollection>("CollectionsEx.so", L"GlobalComponentCollection");
+  ASSERT_TRUE(collection);
   EXPECT_EQ(parameters.initialize(nullptr, collection.get()), 0);
   EXPECT_EQ(test_support::RefCountOf(collection.get()), 2u) << "the module keeps one reference";
 
-  iid = IID_IVariant;
+  IID iid = IID_IVariant;
   SmartPtr<IVariant> value;
   ASSERT_EQ(collection->CreateByName(View(L"Variant"), &iid, value.ReceiveVoid()), S_OK);
   value->SetDouble(2.5);
