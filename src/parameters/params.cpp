@@ -1,5 +1,7 @@
 // The module's entry point: CreateFunction answers the creation functions of
 // the nine classes by their exact, case-sensitive names.
+#include "inputs/input_parameter.h"
+#include "inputs/input_parameters.h"
 #include "parameters/parameters_creatable.h"
 #include "runtime/class_table.h"
 
@@ -10,8 +12,8 @@ const ClassTableEntry kClasses[] = {
     CLASS_TABLE_ENTRY(L"ConditionalExpression", nullptr),
     CLASS_TABLE_ENTRY(L"Expression", nullptr),
     CLASS_TABLE_ENTRY(L"ExpressionBuilder", nullptr),
-    CLASS_TABLE_ENTRY(L"InputParameter", nullptr),
-    CLASS_TABLE_ENTRY(L"InputParameters", nullptr),
+    CLASS_TABLE_ENTRY(L"InputParameter", CObject<CInputParameter>::_CreateInstance),
+    CLASS_TABLE_ENTRY(L"InputParameters", CObject<CInputParameters>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"ParametersCreatable", CObject<CParametersCreatable>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"ParametersCreator", nullptr),
     CLASS_TABLE_ENTRY(L"TextParser", nullptr),

@@ -1,0 +1,141 @@
+// The input collection as a host uses it: declaring and adding inputs,
+// whole-name lookup, assigning to an input and reading it, and its own table.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "input_test_support.h"
+
+// How a host sees the collection's own table.
+struct InputParametersPrimaryTable : IUnknown {
+  virtual HRESULT FinalConstruct() = 0;
+  virtual void FinalRelease() = 0;
+  virtual void Lock() = 0;
+  virtual void Unlock() = 0;
+  virtual HRESULT Create(IString* name, IID iid, int32_t flags) = 0;
+  virtual HRESULT SetInput(int32_t index, IUnknown* input) = 0;
+  virtual HRESULT GetInput(int32_t index, IUnknown** object) = 0;
+  virtual HRESULT Add(IString* name, IInputParameter* parameter) = 0;
+  virtual HRESULT VerifyInterface(IUnknown* object, IInputParameter** verified) = 0;
+};
+
+namespace {
+
+using namespace input_test;
+
+SmartPtr<IInputParameter> InputAt(IInputParameters* inputs, int32_t index) {
+  SmartPtr<IUnknown> item;
+  inputs->get_Item(index, item.Receive());
+  return QueryAs<IInputParameter>(item.get());
+}
+
+int32_t IndexOfName(IInputParameters* inputs, const std::wstring& name) {
+  int32_t index = -2;
+  inputs->get_Index(MakeString(name).get(), &index);
+  return index;
+}
+
+TEST(InputParameters, DeclaresAndAddsInputsFoundByWholeName) {
+  SmartPtr<IInputParameters> inputs = NewInputs();
+  ASSERT_TRUE(inputs);
+  SmartPtr<IUnknown> unknown = QueryAs<IUnknown>(inputs.get());
+  auto* table = reinterpret_cast<InputParametersPrimaryTable*>(unknown.get());
+  ASSERT_EQ(table->Create(MakeString(L"speed").get(), IID_IDblVector, 3), S_OK);
+  ASSERT_EQ(inputs->Create(MakeString(L"speed").get(), IID_NULL, 0), S_OK);
+  SmartPtr<IInputParameter> existing = NewBinding();
+  SmartPtr<IParametersCreatable> set = NewSet();
+  SmartPtr<IInputParameter> verified;
+  struct Case {
+    const char* call;
+    std::function<HRESULT()> run;
+    HRESULT expected;
+  } cases[] = {
+      {"Add(name, binding)", [&] { return table->Add(MakeString(L"torque").get(), existing.get()); }, S_OK},
+      {"Add(name, null)", [&] { return inputs->Add(MakeString(L"x").get(), nullptr); }, E_POINTER},
+      {"Add of a set", [&] { return inputs->Add(MakeString(L"x").get(), set.get(), nullptr, 0); }, E_INVALIDARG},
+      {"VerifyInterface(null)", [&] { return table->VerifyInterface(nullptr, verified.Receive()); }, E_FAIL},
+      {"VerifyInterface(set)", [&] { return inputs->VerifyInterface(set.get(), verified.Receive()); }, E_FAIL},
+      {"VerifyInterface(.., null)", [&] { return inputs->VerifyInterface(existing.get(), nullptr); }, E_POINTER},
+      {"GetInput past the end", [&] { return table->GetInput(3, unknown.Receive()); }, E_INVALIDARG},
+      {"SetInput past the end", [&] { return inputs->SetInput(3, set.get()); }, E_INVALIDARG},
+      {"SetInput(-1)", [&] { return inputs->SetInput(-1, set.get()); }, E_INVALIDARG},
+  };
+  for (const Case& c : cases) EXPECT_EQ(c.run(), c.expected) << c.call;
+  unknown.Reset();
+
+  int32_t count = 0;
+  inputs->get_Count(&count);
+  EXPECT_EQ(count, 3);
+  SmartPtr<IInputParameter> created = InputAt(inputs.get(), 0);
+  IID iid{};
+  int32_t flags = 0;
+  created->get_IID(&iid);
+  created->get_AssignmentFlags(&flags);
+  EXPECT_TRUE(iid == IID_IDblVector);
+  EXPECT_EQ(flags, 3);
+  EXPECT_EQ(NameOf(created.get()), L"<unset>") << "the item name is not the binding's Name";
+  EXPECT_TRUE(InputAt(inputs.get(), 2) == existing.get());
+
+  struct Lookup {
+    const wchar_t* key;
+    int32_t index;
+  } lookups[] = {{L"speed", 0}, {L"SPEED", 0}, {L"Torque", 2}, {L"spe", 65535}, {L"speedy", 65535}};
+  for (const Lookup& l : lookups) EXPECT_EQ(IndexOfName(inputs.get(), l.key), l.index) << testing::PrintToString(l.key);
+
+  ASSERT_EQ(inputs->VerifyInterface(existing.get(), verified.Receive()), S_OK);
+  EXPECT_TRUE(verified == existing.get());
+  verified.Reset();
+  uint32_t held = RefCountOf(existing.get());
+  inputs.Reset();
+  EXPECT_EQ(RefCountOf(existing.get()), held - 1) << "releasing the collection releases its items";
+}
+
+// An ordinary object becomes the input's source (its Name stays and is looked
+// up in the new source); a binding given to a slot declared as taking one is
+// copied as it stands, without its flags.
+TEST(InputParameters, SetInputAssignsSourcesOrCopiesBindings) {
+  SmartPtr<IInputParameters> inputs = NewInputs();
+  inputs->Create(MakeString(L"plain").get(), IID_NULL, 0);
+  inputs->Create(MakeString(L"alias").get(), IID_IInputParameter, 9);
+  InputAt(inputs.get(), 0)->put_Name(MakeString(L"speed").get());
+  SmartPtr<IParametersCreatable> first = MakeSet({{L"a", MakeLong(1).get()}, {L"speed", MakeLong(10).get()}});
+  SmartPtr<IParametersCreatable> second = MakeSet({{L"speed", MakeLong(20).get()}});
+  SmartPtr<IInputParameter> other = NewBinding();
+  other->put_IID(IID_IVariant);
+  other->put_Name(MakeString(L"speed").get());
+  other->put_Source(first.get());
+  other->put_AssignmentFlags(4);
+
+  auto readInput = [&](int32_t index) {
+    SmartPtr<IUnknown> value;
+    HRESULT result = inputs->GetInput(index, value.Receive());
+    return std::to_wstring(result) + L":" + Describe(value.get());
+  };
+  struct Step {
+    const char* what;
+    int32_t index;
+    IUnknown* input;
+    std::wstring read;
+  } steps[] = {
+      {"a set as source", 0, first.get(), L"1:i10"},
+      {"another set as source", 0, second.get(), L"0:i20"},
+      {"a binding copied into the alias slot", 1, other.get(), L"1:i10"},
+      {"a binding as source of the plain slot", 0, other.get(), L"0:cInputParameter"},
+  };
+  for (const Step& step : steps) {
+    EXPECT_EQ(inputs->SetInput(step.index, step.input), S_OK) << step.what;
+    EXPECT_EQ(readInput(step.index), step.read) << step.what;
+    EXPECT_EQ(NameOf(InputAt(inputs.get(), step.index).get()), L"speed") << step.what;
+  }
+  SmartPtr<IInputParameter> alias = InputAt(inputs.get(), 1);
+  IID iid{};
+  int32_t flags = 0;
+  alias->get_IID(&iid);
+  alias->get_AssignmentFlags(&flags);
+  EXPECT_TRUE(iid == IID_IVariant);
+  EXPECT_EQ(flags, 9) << "flags are not copied";
+  other->put_Name(MakeString(L"a").get());
+  EXPECT_EQ(NameOf(alias.get()), L"speed") << "the alias does not follow later changes";
+}
+
+}  // namespace

@@ -1,0 +1,193 @@
+// Saving and loading bindings and their collection through the framework's
+// XML and folder streams, as a parent object's persistence does it.
+#include <gtest/gtest.h>
+
+#include "input_test_support.h"
+
+namespace {
+
+using namespace input_test;
+
+SmartPtr<IUnknown> MakeFileInfo(const std::wstring& fileName) {
+  SmartPtr<IFileInfo> info = CreateObjectAs<IFileInfo>(L"FileInfo");
+  info->put_Filename(MakeString(fileName).get());
+  return AsUnknown(info);
+}
+
+SmartPtr<IInputParameter> MakeBinding(const wchar_t* name, int32_t sourceIndex, const IID& iid, IUnknown* source) {
+  SmartPtr<IInputParameter> binding = NewBinding();
+  if (name) binding->put_Name(MakeString(name).get());
+  binding->put_SourceIndex(sourceIndex);
+  binding->put_IID(iid);
+  binding->put_Source(source);
+  return binding;
+}
+
+// "name/index", then the source: a binding's own fields, a file's name, or its class.
+std::wstring DescribeBinding(IInputParameter* binding) {
+  if (!binding) return L"<none>";
+  std::wstring text = NameOf(binding) + L"/" + std::to_wstring(SourceIndexOf(binding));
+  SmartPtr<IUnknown> source = SourceOf(binding);
+  if (SmartPtr<IInputParameter> inner = QueryAs<IInputParameter>(source.get()))
+    return text + L" <" + DescribeBinding(inner.get()) + L">";
+  if (SmartPtr<IFileInfo> file = QueryAs<IFileInfo>(source.get())) {
+    SmartPtr<IString> fileName;
+    file->get_Filename(fileName.Receive());
+    return text + L" file " + TextOf(fileName);
+  }
+  return text + L" " + Describe(source.get());
+}
+
+// Written inside an element of its own, read back by class name from a fresh stream.
+SmartPtr<IInputParameter> ThroughXML(IInputParameter* binding, std::wstring* text) {
+  SmartPtr<IXMLStream> written = CreateObjectAs<IXMLStream>(L"XMLStream");
+  written->BeginObject(binding, 0, 0);
+  EXPECT_EQ(QueryAs<IDataPersist>(binding)->Save(QueryAs<IDataStream>(written.get()).get(), 0), S_OK);
+  written->EndElement();
+  void* data = nullptr;
+  int32_t bytes = 0;
+  written->GetTextBuffer(&data, &bytes);
+  text->assign(static_cast<const wchar_t*>(data), static_cast<size_t>(bytes) / sizeof(wchar_t));
+  SmartPtr<IXMLStream> read = CreateObjectAs<IXMLStream>(L"XMLStream");
+  read->LoadContent(text->c_str(), static_cast<int32_t>(text->size() * sizeof(wchar_t)), 0);
+  SmartPtr<IUnknown> loaded;
+  read->ReadObject(Ref(L""), loaded.Receive());
+  return QueryAs<IInputParameter>(loaded.get());
+}
+
+// Written as an object entry, read back from the folder's encoded image.
+SmartPtr<IInputParameter> ThroughFolder(IInputParameter* binding) {
+  SmartPtr<IFolderStream> written = CreateObjectAs<IFolderStream>(L"FolderStream");
+  EXPECT_EQ(written->WriteObject(Ref(L"b"), binding, 0), S_OK);
+  void* image = nullptr;
+  int32_t bytes = 0;
+  written->GetBuffer(&image, &bytes);
+  SmartPtr<IFolderStream> read = CreateObjectAs<IFolderStream>(L"FolderStream");
+  read->Write(image, bytes);
+  IID iid = IID_IInputParameter;
+  SmartPtr<IInputParameter> loaded;
+  read->ReadObject(Ref(L"b"), 0, &iid, loaded.ReceiveVoid());
+  return loaded;
+}
+
+TEST(InputPersistence, OneBindingRoundTripsInBothForms) {
+  SmartPtr<IInputParameter> inner = MakeBinding(L"inner", 7, IID_NULL, nullptr);
+  SmartPtr<IUnknown> file = MakeFileInfo(L"a.txt");
+  struct Case {
+    const char* what;
+    bool xml;
+    const wchar_t* name;
+    int32_t sourceIndex;
+    IID iid;
+    IUnknown* source;
+    std::wstring loaded;
+    IID loadedIID;
+  } cases[] = {
+      {"xml: no index entry, no IID", true, L"speed", 0, IID_IDblVector, nullptr, L"speed/0 <none>", IID_NULL},
+      {"xml: nested source", true, L"speed", -3, IID_NULL, inner.get(), L"speed/-3 <inner/7 <none>>", IID_NULL},
+      {"xml: unset name", true, nullptr, 2, IID_NULL, nullptr, L"/2 <none>", IID_NULL},
+      {"folder: every field", false, L"speed", 2, IID_IDblVector, file.get(), L"speed/2 file a.txt", IID_IDblVector},
+      {"folder: nested binding", false, L"v", INT32_MIN, IID_NULL, inner.get(), L"v/-2147483648 <inner/7 <none>>",
+       IID_NULL},
+      {"folder: workspace source", false, L"w", 0, IID_IWorkspace, file.get(), L"w/0 <none>", IID_IWorkspace},
+      {"folder: running objects", false, L"r", 0, IID_IRunningObjectTableEx, file.get(), L"r/0 <none>",
+       IID_IRunningObjectTableEx},
+      {"folder: unset name", false, nullptr, 0, IID_NULL, nullptr, L"/0 <none>", IID_NULL},
+  };
+  for (const Case& c : cases) {
+    SmartPtr<IInputParameter> binding = MakeBinding(c.name, c.sourceIndex, c.iid, c.source);
+    std::wstring text;
+    SmartPtr<IInputParameter> loaded = c.xml ? ThroughXML(binding.get(), &text) : ThroughFolder(binding.get());
+    ASSERT_TRUE(loaded) << c.what;
+    EXPECT_EQ(DescribeBinding(loaded.get()), c.loaded) << c.what;
+    IID iid{};
+    loaded->get_IID(&iid);
+    EXPECT_TRUE(iid == c.loadedIID) << c.what;
+    if (c.xml && c.sourceIndex == 0) {
+      EXPECT_EQ(text.find(L"Index"), std::wstring::npos) << c.what;
+    }
+  }
+}
+
+// Entry names are matched without regard to case; "IID" is read and not applied.
+TEST(InputPersistence, XMLEntriesAreMatchedIgnoringCase) {
+  const std::wstring text = L"<InputParameter><NAME>v</NAME><iid>x</iid><INDEX>-12abc</INDEX></InputParameter>";
+  SmartPtr<IXMLStream> stream = CreateObjectAs<IXMLStream>(L"XMLStream");
+  stream->LoadContent(text.c_str(), static_cast<int32_t>(text.size() * sizeof(wchar_t)), 0);
+  SmartPtr<IDataStream> element;
+  ASSERT_EQ(stream->OpenChild(Ref(L""), nullptr, element.Receive(), 1), S_OK);
+  SmartPtr<IInputParameter> binding = MakeBinding(L"old", 0, IID_IDblVector, nullptr);
+  EXPECT_EQ(QueryAs<IDataPersist>(binding.get())->Load(element.get(), 0), S_OK);
+  EXPECT_EQ(DescribeBinding(binding.get()), L"v/-12 <none>");
+  IID iid{};
+  binding->get_IID(&iid);
+  EXPECT_TRUE(iid == IID_IDblVector) << "XML carries no IID";
+}
+
+TEST(InputPersistence, OtherStreamKinds) {
+  SmartPtr<IDataStream> bytes = CreateObjectAs<IDataStream>(L"DataStream");
+  SmartPtr<IXMLStream> xml = CreateObjectAs<IXMLStream>(L"XMLStream");
+  SmartPtr<IDataStream> xmlBytes = QueryAs<IDataStream>(xml.get());
+  SmartPtr<IDataPersist> binding = QueryAs<IDataPersist>(NewBinding().get());
+  SmartPtr<IInputParameters> inputs = NewInputs();
+  inputs->Create(MakeString(L"a").get(), IID_NULL, 0);
+  struct Case {
+    const char* what;
+    HRESULT result;
+    HRESULT expected;
+  } cases[] = {
+      {"binding Save to bytes", binding->Save(bytes.get(), 0), E_FAIL},
+      {"binding Load from bytes", binding->Load(bytes.get(), 0), E_FAIL},
+      {"collection Save to XML", inputs->Save(xmlBytes.get(), 0), S_OK},
+      {"collection Load from XML", inputs->Load(xmlBytes.get(), 0), E_NOTIMPL},
+  };
+  for (const Case& c : cases) EXPECT_EQ(c.result, c.expected) << c.what;
+  EXPECT_EQ(BytesOf(xmlBytes.get()), "") << "nothing is written";
+  int32_t count = 0;
+  inputs->get_Count(&count);
+  EXPECT_EQ(count, 1) << "a refused load leaves the collection as it was";
+}
+
+// One object entry per input, keyed by its item name; loading empties the
+// collection first and takes only entries of bindings.
+TEST(InputPersistence, CollectionRoundTripsThroughAFolder) {
+  SmartPtr<IInputParameters> inputs = NewInputs();
+  inputs->Create(MakeString(L"speed").get(), IID_IDblVector, 3);
+  inputs->Create(MakeString(L"mode").get(), IID_NULL, 0);
+  SmartPtr<IUnknown> item;
+  inputs->get_Item(0, item.Receive());
+  SmartPtr<IInputParameter> speed = QueryAs<IInputParameter>(item.get());
+  speed->put_Name(MakeString(L"v").get());
+  speed->put_SourceIndex(2);
+  inputs->SetInput(1, MakeFileInfo(L"m.ini").get());
+
+  SmartPtr<IFolderStream> folder = CreateObjectAs<IFolderStream>(L"FolderStream");
+  folder->WriteObject(Ref(L"info"), MakeFileInfo(L"x").get(), 0);
+  folder->WriteString(Ref(L"note"), MakeString(L"text").get());
+  ASSERT_EQ(QueryAs<IDataPersist>(inputs.get())->Save(folder.get(), 0), S_OK);
+
+  SmartPtr<IInputParameters> loaded = NewInputs();
+  loaded->Create(MakeString(L"stale").get(), IID_NULL, 0);
+  ASSERT_EQ(loaded->Load(folder.get(), 0), S_OK);
+  std::vector<std::wstring> described;
+  int32_t count = 0;
+  loaded->get_Count(&count);
+  for (int32_t i = 0; i < count; ++i) {
+    SmartPtr<IString> name;
+    loaded->get_ItemName(i, name.Receive());
+    SmartPtr<IUnknown> input;
+    loaded->get_Item(i, input.Receive());
+    described.push_back(TextOf(name) + L": " + DescribeBinding(QueryAs<IInputParameter>(input.get()).get()));
+  }
+  EXPECT_EQ(described, (std::vector<std::wstring>{L"speed: v/2 <none>", L"mode: /0 file m.ini"}));
+  SmartPtr<IUnknown> first;
+  loaded->get_Item(0, first.Receive());
+  IID iid{};
+  int32_t flags = -1;
+  QueryAs<IInputParameter>(first.get())->get_IID(&iid);
+  QueryAs<IInputParameter>(first.get())->get_AssignmentFlags(&flags);
+  EXPECT_TRUE(iid == IID_IDblVector);
+  EXPECT_EQ(flags, 0) << "assignment flags are not stored";
+}
+
+}  // namespace
