@@ -213,7 +213,9 @@ struct InterfaceGuard<IDataPersist, Base> : Base {
 
 // Wraps T in the guard of each listed interface that T implements.
 template <class T, class... Interfaces>
-struct GuardChain : T {};
+struct GuardChain : T {
+  static_assert(!std::is_final_v<T>, "a creatable class is made as GuardedObject<T>: do not declare it final");
+};
 
 template <class T, class I, class... Rest>
 struct GuardChain<T, I, Rest...>

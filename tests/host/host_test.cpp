@@ -97,7 +97,7 @@ TEST(Host, ParameterModuleClassNames) {
     bool built;
   } classes[] = {
       {L"ConditionalExpression", false}, {L"Expression", false},      {L"ExpressionBuilder", false},
-      {L"InputParameter", false},        {L"InputParameters", false}, {L"ParametersCreatable", true},
+      {L"InputParameter", true},         {L"InputParameters", true}, {L"ParametersCreatable", true},
       {L"ParametersCreator", false},     {L"TextParser", false},      {L"ParamCollection", false},
   };
   for (const auto& c : classes) {

@@ -81,7 +81,7 @@ inline Fetched Fetch(IInputParameter* binding) {
 }
 
 // Plays whichever of a collection moniker, a host window and a UI node it is told to.
-class CDouble final : public CObjectImpl<CDouble, ICollectionMoniker, IHostWindow, IUINode> {
+class CDouble : public CObjectImpl<CDouble, ICollectionMoniker, IHostWindow, IUINode> {
  public:
   enum Role { kMoniker = 1, kHost = 2, kNode = 4 };
   static constexpr wchar_t kObjectName[] = L"Double";
