@@ -90,9 +90,15 @@ HRESULT CParametersCreatable::Load() {
   SmartPtr<IString> name;
   m_Archive.GetFilename(name.Receive());
   fileArchive->put_Filename(name.get());
+  // Marked loaded while the file loads; a failed load puts the marker back as it was.
+  int32_t wasLoaded = 0;
+  m_Archive.InquireSetting(kArchiveLoaded, &wasLoaded);
   m_Archive.SetSetting(kArchiveLoaded, 1);
   const HRESULT result = fileArchive->Load();
-  if (SUCCEEDED(result)) m_Archive.MarkStored();
+  if (SUCCEEDED(result))
+    m_Archive.MarkStored();
+  else
+    m_Archive.SetSetting(kArchiveLoaded, wasLoaded);
   return result;
 }
 
