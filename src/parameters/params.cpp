@@ -1,5 +1,6 @@
 // The module's entry point: CreateFunction answers the creation functions of
 // the nine classes by their exact, case-sensitive names.
+#include "parameters/param_collection.h"
 #include "parameters/parameters_creatable.h"
 #include "runtime/class_table.h"
 
@@ -15,7 +16,7 @@ const ClassTableEntry kClasses[] = {
     CLASS_TABLE_ENTRY(L"ParametersCreatable", CObject<CParametersCreatable>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"ParametersCreator", nullptr),
     CLASS_TABLE_ENTRY(L"TextParser", nullptr),
-    CLASS_TABLE_ENTRY(L"ParamCollection", nullptr),
+    CLASS_TABLE_ENTRY(L"ParamCollection", CObject<CParamCollection>::_CreateInstance),
 };
 
 }  // namespace
