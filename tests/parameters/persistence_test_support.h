@@ -67,9 +67,11 @@ inline SmartPtr<IDataStream> XMLReading(const std::wstring& text, bool enter) {
   return stream;
 }
 
-// A fresh folder below the build folder for one test's files.
+// A fresh folder below the build folder for one test's files (named after the
+// running test too, so tests that run in parallel never share one).
 inline std::string ScratchFolder(const std::string& name) {
-  const std::string folder = "persist-" + name;
+  const ::testing::TestInfo* test = ::testing::UnitTest::GetInstance()->current_test_info();
+  const std::string folder = "persist-" + name + "-" + (test ? test->name() : "none");
   std::string command = "rm -rf '" + folder + "' && mkdir -p '" + folder + "'";
   if (std::system(command.c_str()) != 0) return ".";
   char cwd[4096];
