@@ -62,7 +62,8 @@ void SaveXML(Collection* collection, IXMLStream* xml, IDataStream* stream, int32
     // Decimal here, unlike the parameter set's hexadecimal flags (intended: stored files depend on it).
     if (itemFlags)
       xml->WriteElement(kFlagsName, 0, TextView(SmartPtr<IString>::Adopt(ISCreate(itemFlags)).get()), 0);
-    if (SUCCEEDED(xml->BeginObject(object.get(), 0, 0))) {
+    const SaveNesting nesting;
+    if (!nesting.TooDeep() && SUCCEEDED(xml->BeginObject(object.get(), 0, 0))) {
       persist->Save(stream, flags);
       xml->EndElement();
     }

@@ -38,7 +38,8 @@ uint32_t SwapColourBytes(uint32_t colour) {
 
 // Lets `object` write itself inside an object element of its own.
 void WriteObjectElement(IXMLStream* xml, IDataStream* stream, IDataPersist* object, int32_t flags) {
-  if (FAILED(xml->BeginObject(object, 0, 0))) return;
+  const SaveNesting nesting;
+  if (nesting.TooDeep() || FAILED(xml->BeginObject(object, 0, 0))) return;
   object->Save(stream, flags);
   xml->EndElement();
 }

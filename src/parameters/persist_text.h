@@ -49,3 +49,22 @@ inline SmartPtr<IVariant> ConvertedValue(IString* text) {
   CREFString view = TextView(text);
   return SmartPtr<IVariant>::Adopt(IVCreateConvert(view));
 }
+
+// Limits how deeply objects may save themselves inside one another on a
+// thread, so an object that (directly or not) holds itself cannot recurse
+// without end. Objects below the limit are left out.
+class SaveNesting {
+ public:
+  static constexpr int32_t kMaxDepth = 100;
+  SaveNesting() { ++Depth(); }
+  ~SaveNesting() { --Depth(); }
+  SaveNesting(const SaveNesting&) = delete;
+  SaveNesting& operator=(const SaveNesting&) = delete;
+  bool TooDeep() const { return Depth() > kMaxDepth; }
+
+ private:
+  static int32_t& Depth() {
+    static thread_local int32_t depth = 0;
+    return depth;
+  }
+};

@@ -104,6 +104,17 @@ TEST(FileArchiveTest, SavedXMLFileBytes) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder, ignored), {}), 1) << "no temporary left";
 }
 
+TEST(FileArchiveTest, SaveXMLWithStylesheetAndLeanOption) {
+  const std::string folder = ScratchFolder("stylesheet");
+  SmartPtr<CParametersCreatable> set = NewObject<CParametersCreatable>();
+  set->Add(MakeString(L"speed").get(), MakeLong(3).get(), nullptr, 0);
+  ArchiveOf(set->GetUnknown(), folder + "/p.xml");
+  ASSERT_EQ(set->SaveXML(MakeString(L"my.xsl").get(), kSaveLean), S_OK);
+  EXPECT_EQ(FileBytes(folder + "/p.xml"),
+            "\xFF\xFE" + Utf16("<?xml version=\"1.0\"?>\r\n<?xml-stylesheet href=\"my.xsl\" type=\"text/xsl\"?>\r\n"
+                               "<p><speed>3</speed></p>"));
+}
+
 TEST(FileArchiveTest, XMLRoundTripOfEveryValueKind) {
   const std::string folder = ScratchFolder("roundtrip");
   SmartPtr<IParametersCreatable> saved = SampleSet();

@@ -128,3 +128,15 @@ TEST(ParameterXMLTest, ObjectLayoutRoundTrips) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(ParameterXMLTest, SetHoldingItselfSavesWithoutEndlessRecursion) {
+  SmartPtr<IParametersCreatable> set = SetOf({{L"a", MakeLong(1)}});
+  set->put_ItemDescriptor(0, set.get());
+  const std::wstring text = SavedXML(set.get(), 0);
+  EXPECT_EQ(text.substr(0, 40), L"<a><Value>1</Value><ParametersCreatable>");
+  set->put_ItemDescriptor(0, nullptr);  // breaks the cycle so the set can be released
+}
+
+}  // namespace
