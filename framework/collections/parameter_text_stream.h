@@ -79,12 +79,12 @@ class CParameterTextStream : public CObjectImpl<T, Interface> {
     return GuardedCall([&] {
       std::lock_guard<std::recursive_mutex> hold(m_Mutex);
       if (!m_Parameters) return E_FAIL;
-      std::string bytes;
-      if (HRESULT result = ReadWholeFile(PathOf(fileName), kMaxTextFileBytes, &bytes); FAILED(result)) return E_FAIL;
+      std::wstring text;
+      if (HRESULT result = ReadTextFile(PathOf(fileName), kMaxTextFileBytes, &text); FAILED(result)) return E_FAIL;
       IParameters* set = m_Parameters.get();
       set->CollectionLock();
       if (flags & kLoadReplace) set->RemoveAll();
-      const HRESULT result = static_cast<T*>(this)->ReadSet(DecodeUtf8(bytes), set);
+      const HRESULT result = static_cast<T*>(this)->ReadSet(text, set);
       set->CollectionUnlock();
       return result;
     });

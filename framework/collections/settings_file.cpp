@@ -25,9 +25,9 @@ std::string SettingsFilePath() {
 }
 
 IniDocument LoadIniFile(const std::string& path) {
-  std::string bytes;
-  if (FAILED(ReadWholeFile(path, kMaxSettingsBytes, &bytes))) return IniDocument();
-  return IniDocument::Parse(DecodeUtf8(bytes));
+  std::wstring text;
+  if (FAILED(ReadTextFile(path, kMaxSettingsBytes, &text))) return IniDocument();
+  return IniDocument::Parse(text);
 }
 
 HRESULT SaveIniFile(const std::string& path, const IniDocument& document) {

@@ -1,8 +1,13 @@
 // UTF-8 conversion and whole-file input and output for the storage classes.
 #include "text_file.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <memory>
+
+#include "archive/file_archive_io.h"
+#include "archive/safe_file_write.h"
 
 #include "value_objects.h"
 
@@ -109,10 +114,28 @@ HRESULT ReadWholeFile(const std::string& path, size_t maxBytes, std::string* byt
 
 HRESULT WriteWholeFile(const std::string& path, std::string_view bytes) {
   if (path.empty()) return E_FAIL;
-  FileHandle file(std::fopen(path.c_str(), "wb"));
-  if (!file) return E_FAIL;
-  if (!bytes.empty() && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) return E_FAIL;
-  return std::fclose(file.release()) == 0 ? S_OK : E_FAIL;
+  return WriteFileReplacing(path.c_str(), bytes.data(), bytes.size());
+}
+
+HRESULT ReadTextFile(const std::string& path, size_t maxBytes, std::wstring* text) {
+  text->clear();
+  struct stat status {};
+  if (path.empty() || stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return E_FAIL;
+  if (static_cast<uint64_t>(status.st_size) > maxBytes) return E_OUTOFMEMORY;
+  if (status.st_size == 0) return S_OK;
+  const std::wstring name = DecodeUtf8(path);
+  void* data = nullptr;
+  unsigned int length = 0;
+  const HRESULT read = FileArchiveLoad({static_cast<int32_t>(name.size()), name.c_str()}, &data, &length,
+                                       kFileLoadStrictText, 0);
+  if (FAILED(read)) return read;
+  std::unique_ptr<void, decltype(&FileArchiveFree)> owned(data, FileArchiveFree);
+  const wchar_t* characters = static_cast<const wchar_t*>(data);
+  std::wstring_view decoded(characters, length);
+  decoded = decoded.substr(0, decoded.find(L'\0'));
+  if (!decoded.empty() && decoded.front() == 0xFEFF) decoded.remove_prefix(1);  // a UTF-8 byte-order mark
+  text->assign(decoded);
+  return S_OK;
 }
 
 std::string PathOf(IString* fileName) { return EncodeUtf8(ViewOf(fileName)); }

@@ -1,6 +1,8 @@
 // FileArchiveLoad and FileArchiveSave: whole files as bytes or wide text.
 #include "archive/file_archive_io.h"
 
+#include "archive/safe_file_write.h"
+
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -246,12 +248,15 @@ HRESULT FileArchiveSave(tagREFString name, const unsigned char* data, unsigned i
     }
   }
 
-  std::unique_ptr<FILE, FileCloser> file(std::fopen(path, append ? "ab" : "wb"));
+  const unsigned char* bytes = asText ? units.data() : data;
+  const size_t size = asText ? units.size() : length;
+  // Replacing goes through a temporary file, so a failed save never damages the old file.
+  if (!append) return size > 0 ? WriteFileReplacing(path, bytes, size) : E_FAIL;
+  std::unique_ptr<FILE, FileCloser> file(std::fopen(path, "ab"));
   if (!file) return E_FAIL;
-  const size_t written = asText ? std::fwrite(units.data(), 1, units.size(), file.get())
-                                : std::fwrite(data, 1, length, file.get());
+  const size_t written = size > 0 ? std::fwrite(bytes, 1, size, file.get()) : 0;
   if (std::fclose(file.release()) != 0) return E_FAIL;
-  return written > 0 ? S_OK : E_FAIL;
+  return written == size && written > 0 ? S_OK : E_FAIL;
 }
 
 void FileArchiveFree(void* data) { std::free(data); }

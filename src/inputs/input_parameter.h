@@ -53,7 +53,6 @@ class CInputParameter : public CObjectImpl<CInputParameter, IInputParameter, IDa
   HRESULT Save(IDataStream* stream, int32_t flags) override;
   HRESULT Load(IDataStream* stream, int32_t flags) override;
   // After the documented slots: the object may be destroyed through a derived class.
-  virtual ~CInputParameter() = default;
 
  private:
   // put_Source, put_Name, put_SourceIndex(0): the result of put_Source.

@@ -46,7 +46,6 @@ class CInputParameters : public CObjectImpl<CInputParameters, IDataPersist>,
   HRESULT Save(IDataStream* stream, int32_t flags) override;
   HRESULT Load(IDataStream* stream, int32_t flags) override;
   // After the documented slots: the object may be destroyed through a derived class.
-  virtual ~CInputParameters() = default;
 
  private:
   CResourceLock m_Lock;

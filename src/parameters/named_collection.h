@@ -23,6 +23,7 @@
 #include <memory>
 #include <type_traits>
 
+#include "parameters/collection_persistence.h"
 #include "parameters/lookup_key.h"
 #include "parameters/name_index.h"
 #include "parameters/sorted_name_search.h"
@@ -295,9 +296,9 @@ class INamedCollectionImpl : public Interface {
     return S_OK;
   }
 
-  // Stream persistence of the collection is not available yet.
-  HRESULT Save(IDataStream* /*stream*/, int32_t /*flags*/) override { return E_NOTIMPL; }
-  HRESULT Load(IDataStream* /*stream*/, int32_t /*flags*/) override { return E_NOTIMPL; }
+  // Stream persistence: collection_persistence.h.
+  HRESULT Save(IDataStream* stream, int32_t flags) override { return NamedCollectionSave(this, stream, flags); }
+  HRESULT Load(IDataStream* stream, int32_t flags) override { return NamedCollectionLoad(this, stream, flags); }
 
  protected:
   INamedCollectionImpl() = default;

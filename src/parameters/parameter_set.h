@@ -14,6 +14,7 @@
 #include <memory>
 
 #include "parameters/name_index.h"
+#include "parameters/parameter_persistence.h"
 #include "parameters/parameter_values.h"
 #include "runtime/boundary.h"
 #include "strings/conversions.h"
@@ -244,16 +245,20 @@ class IParametersImpl : public Interface, protected ParameterStore {
 
   HRESULT get_ItemNameNOLOCK(int32_t index, IString** name) override { return NameAt(index, name); }
 
-  // Stream persistence of the set is not available yet.
-  HRESULT Params_SaveCSV(IDataStream* /*stream*/, int32_t /*flags*/) override { return E_NOTIMPL; }
-  HRESULT Params_SaveXML(IDataStream* /*stream*/, int32_t /*flags*/) override { return E_NOTIMPL; }
-  HRESULT Params_LoadXML(IDataStream* /*stream*/, int32_t /*flags*/, int32_t /*reserved*/) override {
-    return E_NOTIMPL;
+  // Stream persistence: the readers and writers of parameter_persistence.h.
+  HRESULT Params_SaveCSV(IDataStream* stream, int32_t flags) override { return ParamsSaveCSV(this, stream, flags); }
+  HRESULT Params_SaveXML(IDataStream* stream, int32_t flags) override { return ParamsSaveXML(this, stream, flags); }
+  HRESULT Params_LoadXML(IDataStream* stream, int32_t flags, int32_t /*reserved*/) override {
+    return ParamsLoadXML(this, stream, flags);
   }
-  HRESULT Params_SaveFolderStream(IDataStream* /*stream*/, int32_t /*flags*/) override { return E_NOTIMPL; }
-  HRESULT Params_LoadFolderStream(IDataStream* /*stream*/, int32_t /*flags*/) override { return E_NOTIMPL; }
-  HRESULT Params_SaveXMLUnk(IDataStream* /*stream*/, int32_t /*flags*/) override { return E_NOTIMPL; }
-  HRESULT Params_LoadXMLUnk(IDataStream* /*stream*/, int32_t /*flags*/) override { return E_NOTIMPL; }
+  HRESULT Params_SaveFolderStream(IDataStream* stream, int32_t flags) override {
+    return ParamsSaveFolderStream(this, stream, flags);
+  }
+  HRESULT Params_LoadFolderStream(IDataStream* stream, int32_t flags) override {
+    return ParamsLoadFolderStream(this, stream, flags);
+  }
+  HRESULT Params_SaveXMLUnk(IDataStream* stream, int32_t flags) override { return ParamsSaveXMLUnk(this, stream, flags); }
+  HRESULT Params_LoadXMLUnk(IDataStream* stream, int32_t flags) override { return ParamsLoadXMLUnk(this, stream, flags); }
 
   HRESULT getParameter(PARAMETEROBJECT* record, IUnknown** value) override {
     return EffectiveValueOf(record, value);

@@ -2,6 +2,7 @@
 // the nine classes by their exact, case-sensitive names.
 #include "inputs/input_parameter.h"
 #include "inputs/input_parameters.h"
+#include "parameters/param_collection.h"
 #include "parameters/parameters_creatable.h"
 #include "runtime/class_table.h"
 
@@ -17,7 +18,7 @@ const ClassTableEntry kClasses[] = {
     CLASS_TABLE_ENTRY(L"ParametersCreatable", CObject<CParametersCreatable>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"ParametersCreator", nullptr),
     CLASS_TABLE_ENTRY(L"TextParser", nullptr),
-    CLASS_TABLE_ENTRY(L"ParamCollection", nullptr),
+    CLASS_TABLE_ENTRY(L"ParamCollection", CObject<CParamCollection>::_CreateInstance),
 };
 
 }  // namespace

@@ -20,8 +20,13 @@
 template <class I, class Base>
 struct InterfaceGuard;
 
-#define GUARDED_OPERATION(name, params, args) \
-  HRESULT name params noexcept override { return GuardedCall([&] { return Base::name args; }); }
+// Calls the guarded class's own implementation, named through the class
+// itself so that the guards of other interfaces never hide its overloads.
+#define GUARDED_OPERATION(name, params, args)                                   \
+  HRESULT name params noexcept override {                                       \
+    using Class = typename Base::GuardedClass;                                  \
+    return GuardedCall([&] { return static_cast<Class*>(this)->Class::name args; }); \
+  }
 
 template <class Base>
 struct InterfaceGuard<ISimpleCollection, Base> : Base {
@@ -214,6 +219,7 @@ struct InterfaceGuard<IDataPersist, Base> : Base {
 // Wraps T in the guard of each listed interface that T implements.
 template <class T, class... Interfaces>
 struct GuardChain : T {
+  using GuardedClass = T;
   static_assert(!std::is_final_v<T>, "a creatable class is made as GuardedObject<T>: do not declare it final");
 };
 

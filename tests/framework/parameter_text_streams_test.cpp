@@ -116,3 +116,16 @@ TEST(CSVStream, WritesTheTextItIsGivenAndLoadsOnlyIntoASet) {
   stream->put_Parameters(NewSet().get());
   EXPECT_EQ(stream->Load(missing.Name().get(), 0), E_FAIL);
 }
+
+namespace {
+
+TEST(CSVStream, LoadsAUtf16FileWithMark) {
+  ScratchFile file("utf16csv");
+  file.Write(std::string("\xFF\xFE" "a\0=\0001\0,\0b\0=\0x\0\n\0", 20));
+  SmartPtr<IParameters> set = NewSet();
+  SmartPtr<IParameterTextStream> stream = StreamFor(L"CSVStream", set.get());
+  ASSERT_EQ(stream->Load(file.Name().get(), kLoadReplace), S_OK);
+  EXPECT_EQ(DumpSet(set.get()), L"a=t'1';b=t'x';");
+}
+
+}  // namespace

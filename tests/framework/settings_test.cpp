@@ -179,3 +179,40 @@ TEST(INIFileEx, ReadsChangesListsAndWritesAFile) {
   reopened->get_SectionCount(Ref(L"Paths"), &count);
   EXPECT_EQ(count, 0) << "a missing file is empty";
 }
+
+namespace {
+
+// UTF-16 little-endian units of text whose characters are below U+0100.
+std::string Utf16Units(const std::string& latin1) {
+  std::string units;
+  for (char c : latin1) units += {c, '\0'};
+  return units;
+}
+
+// Settings files are read as the file archive reads text, so every encoding it writes loads.
+TEST(Registry, ReadsSettingsInEveryTextEncoding) {
+  struct Case {
+    const char* label;
+    std::string bytes;
+  };
+  const std::string lines = "[Workspace]\nInstallPath=/\xE9t\xE9/app\n";  // é in 8-bit text
+  const std::string utf8 = "[Workspace]\nInstallPath=/\xC3\xA9t\xC3\xA9/app\n";
+  const Case cases[] = {
+      {"UTF-16 with mark", "\xFF\xFE" + Utf16Units(lines)},
+      {"UTF-16 without mark: the first unit is dropped", Utf16Units("\n" + lines)},
+      {"UTF-8", utf8},
+      {"UTF-8 with mark", "\xEF\xBB\xBF" + utf8},
+      {"8-bit text", lines},
+  };
+  for (const Case& c : cases) {
+    SettingsFile settings(c.bytes);
+    SmartPtr<IRegistry> registry = CreateObjectAs<IRegistry>(L"Registry");
+    EXPECT_EQ(ReadSetting(registry.get(), L"Workspace", L"InstallPath"), L"/\u00E9t\u00E9/app") << c.label;
+  }
+  // A valid four-byte sequence at the very end is read as 8-bit text (the strict test wants one byte more).
+  SettingsFile settings("[a]\nk=\xF0\x9F\x98\x80");
+  SmartPtr<IRegistry> registry = CreateObjectAs<IRegistry>(L"Registry");
+  EXPECT_EQ(ReadSetting(registry.get(), L"a", L"k"), L"\u00F0\u009F\u0098\u0080");
+}
+
+}  // namespace

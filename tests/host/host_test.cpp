@@ -98,7 +98,7 @@ TEST(Host, ParameterModuleClassNames) {
   } classes[] = {
       {L"ConditionalExpression", false}, {L"Expression", false},      {L"ExpressionBuilder", false},
       {L"InputParameter", true},         {L"InputParameters", true}, {L"ParametersCreatable", true},
-      {L"ParametersCreator", false},     {L"TextParser", false},      {L"ParamCollection", false},
+      {L"ParametersCreator", false},     {L"TextParser", false},      {L"ParamCollection", true},
   };
   for (const auto& c : classes) {
     SCOPED_TRACE(testing::PrintToString(std::wstring(c.name)));
