@@ -38,6 +38,7 @@ class ParameterStore {
   HRESULT ItemAt(int32_t index, IUnknown** item);
   HRESULT NameAt(int32_t index, IString** name);
   HRESULT FindIndex(IUnknown* key, int32_t* index);
+  HRESULT FindName(tagREFString key, int32_t* index);
   void RenameParameter(int32_t index, IString* name);
   void ReplaceDescriptor(int32_t index, IUnknown* descriptor);
   void RemoveParameter(int32_t index);
@@ -62,7 +63,6 @@ class ParameterStore {
 
   Record* RecordAt(int32_t index) const { return static_cast<Record*>(m_Items[index]); }
   void GrowSlots();
-  HRESULT FindName(tagREFString key, int32_t* index);
   HRESULT FindObject(IUnknown* key, int32_t* index) const;
 
   int32_t m_Allocated = 0;  // slots actually allocated, at least m_Capacity

@@ -151,3 +151,11 @@ HRESULT CParametersCreatable::Load(IDataStream* stream, int32_t flags) {
   m_Archive.SetSetting(kArchiveLoaded, 1);
   return S_OK;
 }
+
+HRESULT CParametersCreatable::FindFirstByName(tagREFString name, int32_t* index, IVariant** value) {
+  if (!index) return E_POINTER;
+  if (value) *value = nullptr;
+  const HRESULT found = FindName(name, index);
+  if (FAILED(found) || !value) return found;
+  return EffectiveVariantOf(m_Items[*index], value);
+}

@@ -4,13 +4,15 @@
 #pragma once
 
 #include "archive/file_archive.h"
+#include "parameters/parameter_lookup.h"
 #include "parameters/parameter_set.h"
 #include "runtime/object.h"
 #include "runtime/resource_lock.h"
 
 class CParametersCreatable : public CObjectImpl<CParametersCreatable, IDataPersist, IPMSearch, IUIPropertyPageSpecify>,
                              public IParametersImpl<CParametersCreatable, IParametersCreatable>,
-                             public IFileArchiveImpl<CParametersCreatable, IFileArchive> {
+                             public IFileArchiveImpl<CParametersCreatable, IFileArchive>,
+                             public IParameterLookup {
  public:
   static constexpr wchar_t kObjectName[] = L"ParametersCreatable";
   // In the order in which QueryInterface tests them (after IUnknown).
@@ -23,6 +25,7 @@ class CParametersCreatable : public CObjectImpl<CParametersCreatable, IDataPersi
       {&IID_INamedCollection, InterfaceOf<CParametersCreatable, IParametersCreatable>},
       {&IID_IPMSearch, InterfaceOf<CParametersCreatable, IPMSearch>},
       {&IID_IUIPropertyPageSpecify, InterfaceOf<CParametersCreatable, IUIPropertyPageSpecify>},
+      {&IID_IParameterLookup, InterfaceOf<CParametersCreatable, IParameterLookup>},
   };
   // Control code of the object's own setting (stored; nothing depends on it yet).
   static constexpr int32_t kOwnSettingCode = 6;
@@ -45,6 +48,9 @@ class CParametersCreatable : public CObjectImpl<CParametersCreatable, IDataPersi
   HRESULT Save(IDataStream* stream, int32_t flags) override;
   HRESULT Load(IDataStream* stream, int32_t flags) override;
   // After the slot-ordered operations: the object may be a base of the boundary wrapper.
+
+  // The module's own lookup by view (IParameterLookup).
+  HRESULT FindFirstByName(tagREFString name, int32_t* index, IVariant** value) override;
 
  private:
   // Writes the set to the file through a framework "INIStream" or "CSVStream".

@@ -1,5 +1,8 @@
 // The module's entry point: CreateFunction answers the creation functions of
 // the nine classes by their exact, case-sensitive names.
+#include "expression/conditional_expression.h"
+#include "expression/expression.h"
+#include "expression/expression_builder.h"
 #include "inputs/input_parameter.h"
 #include "inputs/input_parameters.h"
 #include "parameters/param_collection.h"
@@ -10,9 +13,9 @@ namespace {
 
 // In the order in which names are compared.
 const ClassTableEntry kClasses[] = {
-    CLASS_TABLE_ENTRY(L"ConditionalExpression", nullptr),
-    CLASS_TABLE_ENTRY(L"Expression", nullptr),
-    CLASS_TABLE_ENTRY(L"ExpressionBuilder", nullptr),
+    CLASS_TABLE_ENTRY(L"ConditionalExpression", CObject<CConditionalExpression>::_CreateInstance),
+    CLASS_TABLE_ENTRY(L"Expression", CObject<CExpression>::_CreateInstance),
+    CLASS_TABLE_ENTRY(L"ExpressionBuilder", CObject<CExpressionBuilder>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"InputParameter", CObject<CInputParameter>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"InputParameters", CObject<CInputParameters>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"ParametersCreatable", CObject<CParametersCreatable>::_CreateInstance),

@@ -96,7 +96,7 @@ TEST(Host, ParameterModuleClassNames) {
     const wchar_t* name;
     bool built;
   } classes[] = {
-      {L"ConditionalExpression", false}, {L"Expression", false},      {L"ExpressionBuilder", false},
+      {L"ConditionalExpression", true},  {L"Expression", true},       {L"ExpressionBuilder", true},
       {L"InputParameter", true},         {L"InputParameters", true}, {L"ParametersCreatable", true},
       {L"ParametersCreator", false},     {L"TextParser", false},      {L"ParamCollection", true},
   };

@@ -1,0 +1,44 @@
+// Reading parameters by name for the formula language.
+#include "expression/parameter_reader.h"
+
+#include "strings/conversions.h"
+
+ParameterReader::ParameterReader(IParameters* parameters)
+    : m_Parameters(parameters), m_Lookup(QueryAs<IParameterLookup>(parameters)) {}
+
+SmartPtr<IVariant> ParameterReader::FindVariant(tagREFString name) const {
+  SmartPtr<IVariant> value;
+  if (!m_Parameters || name.length <= 0) return value;
+  int32_t index = -1;
+  if (m_Lookup) {
+    m_Lookup->FindFirstByName(name, &index, value.Receive());
+    return value;
+  }
+  SmartPtr<IString> key = SmartPtr<IString>::Adopt(ISCreate(name));
+  if (key && SUCCEEDED(m_Parameters->get_Index(key.get(), &index))) m_Parameters->get_ItemVariant(index, value.Receive());
+  return value;
+}
+
+bool ParameterReader::FindNumber(tagREFString name, double* value) const {
+  SmartPtr<IVariant> variant = FindVariant(name);
+  if (!variant) return false;
+  *value = 0;
+  if (variant->IsObject()) {
+    SmartPtr<IUnknown> object;
+    variant->GetObject(object.Receive());
+    if (SmartPtr<IExpression> expression = QueryAs<IExpression>(object.get())) {
+      SmartPtr<IVariant> stored;
+      if (SUCCEEDED(expression->get_Value(stored.Receive())) && stored) *value = stored->GetDouble();
+      return true;
+    }
+  }
+  *value = variant->GetDouble();
+  return true;
+}
+
+SmartPtr<IString> ParameterReader::FindText(tagREFString name) const {
+  SmartPtr<IString> text;
+  SmartPtr<IVariant> variant = FindVariant(name);
+  if (variant && variant->IsString()) variant->GetString(text.Receive());
+  return text;
+}

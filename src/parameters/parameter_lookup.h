@@ -1,0 +1,24 @@
+// IParameterLookup: the module's private fast path into its own parameter
+// sets. The formula evaluator resolves every name it reads; going through the
+// public get_Index would make a key object per name, so sets of this module
+// also answer this interface, which looks a name up by view.
+//
+// The identity is derived from a name no framework interface uses; the
+// interface never leaves the module (it is not declared in include/).
+#pragma once
+
+#include "params.h"
+
+struct IParameterLookup : IUnknown {
+  // The first parameter whose whole name equals `name` (folding only A-Z):
+  // its index and, when `value` is not null, its effective value as a variant
+  // (get_ItemVariant's answer and result code: 1 for a value taken from an
+  // input binding). Not found: index -1 and E_FAIL. Takes no collection lock,
+  // as the NOLOCK operations do.
+  virtual HRESULT FindFirstByName(tagREFString name, int32_t* index, IVariant** value) = 0;
+};
+
+inline constexpr IID IID_IParameterLookup = __IIDOfc("ParametersModuleLookupByView");
+
+#include "runtime/interface_traits.h"
+DECLARE_INTERFACE_ID(IParameterLookup)

@@ -1,0 +1,73 @@
+// Helpers of the formula tests: expressions and parameter sets created by
+// class name, evaluation of a formula text, and a parameter set with chosen values.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "test_support.h"
+
+namespace expression_test {
+
+using namespace test_support;
+
+inline SmartPtr<IExpression> NewExpression(const wchar_t* className = L"Expression") {
+  return CreateObjectAs<IExpression>(className);
+}
+
+inline SmartPtr<IParametersCreatable> NewParameters() {
+  return CreateObjectAs<IParametersCreatable>(L"ParametersCreatable");
+}
+
+// A set holding the named values in order.
+inline SmartPtr<IParametersCreatable> SetOf(const std::vector<std::pair<std::wstring, SmartPtr<IVariant>>>& items) {
+  SmartPtr<IParametersCreatable> set = NewParameters();
+  for (const auto& [name, value] : items) set->Add(MakeString(name).get(), value.get(), nullptr, 0);
+  return set;
+}
+
+// The number an expression object holds after evaluating `formula` against `parameters`.
+inline double ValueAfter(IExpression* expression, const std::wstring& formula, IParameters* parameters) {
+  expression->put_Expression(Ref(formula));
+  EXPECT_EQ(expression->Evaluate(parameters), S_OK);
+  SmartPtr<IVariant> value;
+  if (expression->get_Value(value.Receive()) != S_OK || !value) return NAN;
+  EXPECT_EQ(value->GetType(), kVariantReal) << "Evaluate stores a double";
+  return value->GetDouble();
+}
+
+inline double Evaluate(const std::wstring& formula, IParameters* parameters = nullptr) {
+  SmartPtr<IExpression> expression = NewExpression();
+  return expression ? ValueAfter(expression.get(), formula, parameters) : NAN;
+}
+
+// A formula and the value it must give; `tolerance` 0 asks for the exact value.
+struct Case {
+  std::wstring formula;
+  double expected;
+  double tolerance = 0;
+};
+
+inline void ExpectValue(const Case& c, double actual) {
+  SCOPED_TRACE(testing::PrintToString(c.formula));
+  if (std::isnan(c.expected)) {
+    EXPECT_TRUE(std::isnan(actual)) << actual;
+  } else if (c.tolerance > 0) {
+    EXPECT_NEAR(actual, c.expected, c.tolerance);
+  } else {
+    EXPECT_EQ(actual, c.expected);
+  }
+}
+
+template <size_t N>
+void ExpectAll(const Case (&cases)[N], IParameters* parameters = nullptr) {
+  SmartPtr<IExpression> expression = NewExpression();
+  ASSERT_TRUE(expression);
+  for (const Case& c : cases) ExpectValue(c, ValueAfter(expression.get(), c.formula, parameters));
+}
+
+}  // namespace expression_test
