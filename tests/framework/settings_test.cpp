@@ -56,11 +56,7 @@ TEST(Registry, ReadsValuesListsAndBuffersBySectionAndName) {
   SettingsFile settings(kSettings);
   SmartPtr<IRegistryEx> registry = CreateObjectAs<IRegistryEx>(L"Registry");
   ASSERT_TRUE(registry);
-  struct Case {
-    const wchar_t* section;
-    const wchar_t* name;
-    const wchar_t* expected;
-  };
+  struct Case { const wchar_t* section; const wchar_t* name; const wchar_t* expected; };
   const Case cases[] = {
       {L"Workspace", L"InstallPath", L"/opt/app"},
       {L"WORKSPACE", L"installpath", L"/opt/app"},  // names are matched without regard to case
@@ -81,12 +77,7 @@ TEST(Registry, ReadsValuesListsAndBuffersBySectionAndName) {
   EXPECT_EQ(registry->get_ListName(Ref(L"Mappings"), 3, name.Receive()), E_INVALIDARG);
   EXPECT_EQ(registry->get_ListName(Ref(L"Mappings"), -1, name.Receive()), E_INVALIDARG);
 
-  struct BufferCase {
-    const wchar_t* name;
-    int32_t byteCount;
-    HRESULT expected;
-    const wchar_t* text;
-  };
+  struct BufferCase { const wchar_t* name; int32_t byteCount; HRESULT expected; const wchar_t* text; };
   const BufferCase bufferCases[] = {
       {L"AppPath", 712, S_OK, L"/home/u/app"},
       {L"AppPath", 16, S_FALSE, L"/ho"},  // four characters of room: three and the terminator
