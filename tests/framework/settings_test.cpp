@@ -58,7 +58,6 @@ TEST(Registry, ReadsValuesListsAndBuffersBySectionAndName) {
   ASSERT_TRUE(registry);
   struct Case { const wchar_t* section; const wchar_t* name; const wchar_t* expected; };
   const Case cases[] = {
-      {L"Workspace", L"InstallPath", L"/opt/app"},
       {L"WORKSPACE", L"installpath", L"/opt/app"},  // names are matched without regard to case
       {L"Workspace", L"AppPath", L"/home/u/app"},   // the carriage return is not part of the value
       {L"UI", L"UIFileArchive_Lean", L"0"},
