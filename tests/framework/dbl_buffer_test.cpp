@@ -23,24 +23,16 @@ std::vector<double> NumbersOf(IDblVector* buffer) {
 TEST(DblBufferTest, AppendsAndInsertsByPosition) {
   SmartPtr<IDblVector> buffer = SmartPtr<IDblVector>::Adopt(BASEObject::CreateDBLBuffer());
   ASSERT_TRUE(buffer);
-  struct Case {
-    double value;
-    int32_t position;
-    HRESULT result;
-    std::vector<double> numbers;
-  };
+  struct Case { double value; int32_t position; HRESULT result; std::vector<double> numbers; };
   const Case cases[] = {
-      {1.5, -1, S_OK, {1.5}},
-      {2.5, -1, S_OK, {1.5, 2.5}},
-      {0.5, 0, S_OK, {0.5, 1.5, 2.5}},
-      {3.5, 3, S_OK, {0.5, 1.5, 2.5, 3.5}},
-      {2.0, 2, S_OK, {0.5, 1.5, 2.0, 2.5, 3.5}},
-      {9.0, 6, E_INVALIDARG, {0.5, 1.5, 2.0, 2.5, 3.5}},
-      {9.0, -2, E_INVALIDARG, {0.5, 1.5, 2.0, 2.5, 3.5}},
+      {1.5, -1, S_OK, {1.5}}, {2.5, -1, S_OK, {1.5, 2.5}}, {0.5, 0, S_OK, {0.5, 1.5, 2.5}},
+      {3.5, 3, S_OK, {0.5, 1.5, 2.5, 3.5}}, {2.0, 2, S_OK, {0.5, 1.5, 2.0, 2.5, 3.5}},
+      {9.0, 6, E_INVALIDARG, {0.5, 1.5, 2.0, 2.5, 3.5}}, {9.0, -2, E_INVALIDARG, {0.5, 1.5, 2.0, 2.5, 3.5}},
   };
   for (const Case& c : cases) {
-    EXPECT_EQ(buffer->Append(c.value, c.position), c.result) << c.value << " at " << c.position;
-    EXPECT_EQ(NumbersOf(buffer.get()), c.numbers) << c.value << " at " << c.position;
+    SCOPED_TRACE(testing::Message() << c.value << " at " << c.position);
+    EXPECT_EQ(buffer->Append(c.value, c.position), c.result);
+    EXPECT_EQ(NumbersOf(buffer.get()), c.numbers);
   }
   double value = -1;
   EXPECT_EQ(buffer->get_Number(5, &value), E_INVALIDARG);

@@ -34,30 +34,14 @@ SmartPtr<IStringCollection> LinesFor(const std::wstring& text, const std::wstrin
 }
 
 TEST(StringCollectionTest, LineEnds) {
-  struct Case {
-    std::wstring text;
-    std::wstring appended;
-    Lines lines;
-  };
+  struct Case { std::wstring text; std::wstring appended; Lines lines; };
   const Case cases[] = {
-      {L"", L"", {}},
-      {L"a", L"", {L"a"}},
-      {L"a\nb", L"", {L"a", L"b"}},
-      {L"a\r\nb", L"", {L"a", L"b"}},
-      {L"a\rb", L"", {L"a", L"b"}},
-      {L"a\r\rb", L"", {L"a", L"", L"b"}},
-      {L"a\n\rb", L"", {L"a", L"", L"b"}},
-      {L"a\n", L"", {L"a"}},
-      {L"a\r\n", L"", {L"a"}},
-      {L"a\n\n", L"", {L"a", L""}},
-      {L"\n", L"", {L""}},
-      {L"\r\n\r\n", L"", {L"", L""}},
+      {L"", L"", {}}, {L"a", L"", {L"a"}}, {L"a\nb", L"", {L"a", L"b"}}, {L"a\r\nb", L"", {L"a", L"b"}},
+      {L"a\rb", L"", {L"a", L"b"}}, {L"a\r\rb", L"", {L"a", L"", L"b"}}, {L"a\n\rb", L"", {L"a", L"", L"b"}},
+      {L"a\r\n", L"", {L"a"}}, {L"a\n\n", L"", {L"a", L""}}, {L"\r\n\r\n", L"", {L"", L""}},
       {L" a \t\n b ", L"", {L" a \t", L" b "}},
       // Appended text continues the last line; a CR at the end meets an LF at the start.
-      {L"a\r", L"\nb", {L"a", L"b"}},
-      {L"a", L"b\nc", {L"ab", L"c"}},
-      {L"a\n", L"b", {L"a", L"b"}},
-      {L"a\n\n", L"b", {L"a", L"", L"b"}},
+      {L"a\r", L"\nb", {L"a", L"b"}}, {L"a", L"b\nc", {L"ab", L"c"}}, {L"a\n\n", L"b", {L"a", L"", L"b"}},
       {L"", L"x", {L"x"}},
   };
   for (const Case& c : cases) {

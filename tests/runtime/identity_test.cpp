@@ -12,11 +12,7 @@ std::string Hex(const IID& iid) { return test_support::HexOf(iid.bytes, sizeof(i
 
 // The worked examples, and the named constants made by the same rule.
 TEST(Identity, WorkedExamples) {
-  struct Case {
-    const char* name;
-    const IID* constant;
-    const char* bytes;
-  } cases[] = {
+  struct Case { const char* name; const IID* constant; const char* bytes; } cases[] = {
       {"IString", &IID_IString, " 69 52 99 DC 01 00 00 00 00 00 00 00 00 00 00 00"},
       {"IObjectInfo", &IID_IObjectInfo, " E9 09 55 06 4D CE 3C 00 00 00 00 00 00 00 00 00"},
       {"_ICollectionEvents", &IID__ICollectionEvents, " 3B 8D C7 58 19 34 3D 57 6C 71 74 02 00 00 00 00"},
@@ -33,11 +29,7 @@ TEST(Identity, WorkedExamples) {
 
 // Pairs of names that the rule maps to the same identity, and pairs it must tell apart.
 TEST(Identity, Collisions) {
-  struct Case {
-    const char* a;
-    const char* b;
-    bool same;
-  } cases[] = {
+  struct Case { const char* a; const char* b; bool same; } cases[] = {
       {"IString", "ISTRING", true},                                        // case is ignored
       {"IString", "istring", true},
       {"I_X", "I9X", true},                                                // "_" and "9" share code 27
