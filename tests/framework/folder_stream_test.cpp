@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <malloc.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <limits>
 #include <vector>
@@ -361,4 +363,24 @@ TEST(FolderStream, LargeFoldersFindEveryEntryAfterRemovalsAndRenames) {
   }
   EXPECT_EQ(folder->Find(Ref(L"e0"), nullptr, nullptr), E_ITEMNOTFOUND);  // removed
   EXPECT_EQ(folder->Find(Ref(L"e1"), nullptr, nullptr), E_ITEMNOTFOUND);  // renamed
+}
+
+// --- special files ---
+
+// Loading refuses a device or FIFO before reading it: /dev/zero would otherwise fill 256 MiB of
+// memory before the size limit stops it, and a FIFO without writer would block for ever.
+TEST(FolderStream, DevicesAndFifosAreRefusedBeforeReading) {
+  ScratchFile fifo("folder-stream-fifo");
+  ASSERT_EQ(mkfifo(fifo.Path().c_str(), 0600), 0);
+  struct rusage before {};
+  getrusage(RUSAGE_SELF, &before);
+  for (const std::wstring& path : {std::wstring(L"/dev/zero"), std::wstring(fifo.Path().begin(), fifo.Path().end())}) {
+    SmartPtr<IFolderStream> target = NewFolderStream();
+    ASSERT_EQ(target->WriteString(Ref(L"kept"), MakeString(L"as before").get()), S_OK);
+    EXPECT_EQ(target->LoadFromFile(MakeString(path).get()), E_FAIL) << std::string(path.begin(), path.end());
+    EXPECT_EQ(Dump(target.get()), L"kept=t'as before'\n");
+  }
+  struct rusage after {};
+  getrusage(RUSAGE_SELF, &after);
+  EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 32 * 1024) << "kilobytes of peak memory added";
 }

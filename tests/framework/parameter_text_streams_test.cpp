@@ -1,5 +1,6 @@
 // "CSVStream" and "INIStream" through the framework, with a real parameter set.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "storage_test_support.h"
 
@@ -115,4 +116,18 @@ TEST(CSVStream, WritesTheTextItIsGivenAndLoadsOnlyIntoASet) {
   EXPECT_EQ(stream->Load(file.Name().get(), 0), E_FAIL) << "no set to load into";
   stream->put_Parameters(NewSet().get());
   EXPECT_EQ(stream->Load(missing.Name().get(), 0), E_FAIL);
+}
+
+// A FIFO without writer or a device is refused at once instead of blocking or being read.
+TEST(ParameterTextStreams, DevicesAndFifosAreRefused) {
+  ScratchFile fifo("text-stream-fifo");
+  ASSERT_EQ(mkfifo(fifo.Path().c_str(), 0600), 0);
+  SmartPtr<IParameters> set = NewSet();
+  for (const wchar_t* className : {L"CSVStream", L"INIStream"}) {
+    SmartPtr<IParameterTextStream> stream = StreamFor(className, set.get());
+    ASSERT_TRUE(stream);
+    EXPECT_EQ(stream->Load(fifo.Name().get(), 0), E_FAIL) << "FIFO";
+    EXPECT_EQ(stream->Load(MakeString(L"/dev/zero").get(), 0), E_FAIL) << "/dev/zero";
+  }
+  EXPECT_EQ(DumpSet(set.get()), L"");
 }
