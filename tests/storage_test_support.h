@@ -53,7 +53,13 @@ inline std::string SmallestEntriesImage(uint32_t count, int32_t kind) {
   const std::string payload = kind == kFolderEntryFolder ? Le32(0) : std::string(1, '\0');
   std::string image = FolderImageHeader() + Le32(count);
   image.reserve(image.size() + size_t{count} * (9 + payload.size()));
-  for (uint32_t i = 1; i <= count; ++i) image += static_cast<char>(kind) + Le32(1) + Le32(i) + payload;
+  const std::string nameLength = Le32(1);
+  for (uint32_t i = 1; i <= count; ++i) {
+    image += static_cast<char>(kind);
+    image += nameLength;
+    for (int shift = 0; shift < 32; shift += 8) image += static_cast<char>(i >> shift);
+    image += payload;
+  }
   return image;
 }
 
