@@ -36,4 +36,31 @@ class ScratchFile {
   std::filesystem::path m_Path;
 };
 
+// Little-endian bytes of a 32-bit value.
+inline std::string Le32(uint32_t value) {
+  std::string bytes(4, '\0');
+  for (int i = 0; i < 4; ++i) bytes[i] = static_cast<char>(value >> (8 * i));
+  return bytes;
+}
+
+// The start of a folder-stream image.
+inline std::string FolderImageHeader(uint32_t version = 1) { return "PFLD" + Le32(version); }
+
+// A folder-stream image whose root folder holds `count` of the smallest
+// entries of `kind` (empty values, or empty sub-folders), each named by one
+// character of its own (1, 2, 3...).
+inline std::string SmallestEntriesImage(uint32_t count, int32_t kind) {
+  const std::string payload = kind == kFolderEntryFolder ? Le32(0) : std::string(1, '\0');
+  std::string image = FolderImageHeader() + Le32(count);
+  image.reserve(image.size() + size_t{count} * (9 + payload.size()));
+  const std::string nameLength = Le32(1);
+  for (uint32_t i = 1; i <= count; ++i) {
+    image += static_cast<char>(kind);
+    image += nameLength;
+    for (int shift = 0; shift < 32; shift += 8) image += static_cast<char>(i >> shift);
+    image += payload;
+  }
+  return image;
+}
+
 }  // namespace storage_test

@@ -1,6 +1,7 @@
 // Encoding and strict decoding of folder-stream images (little-endian throughout).
 #include "folder_format.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -32,24 +33,27 @@ class ImageWriter {
   }
 
   bool Folder(const FolderNode& folder, int32_t depth) {
-    if (depth > kMaxFolderDepth) return false;
+    if (depth > kMaxFolderDepth || folder.Count() > m_EntriesLeft) return false;
+    m_EntriesLeft -= folder.Count();
     U32(static_cast<uint32_t>(folder.Count()));
-    for (const FolderEntry& entry : folder.Entries())
-      if (!Entry(entry, depth)) return false;
+    for (size_t i = 0; i < folder.Count(); ++i)
+      if (!Entry(folder.At(i), depth)) return false;
     return true;
   }
 
  private:
-  bool Content(const FolderEntry& entry, int32_t depth) {
+  bool Content(const FolderEntryView& entry, int32_t depth) {
     Text(entry.text);
     return SubFolder(entry, depth);
   }
 
-  bool SubFolder(const FolderEntry& entry, int32_t depth) {
+  bool SubFolder(const FolderEntryView& entry, int32_t depth) {
+    if (m_FoldersLeft == 0) return false;
+    --m_FoldersLeft;
     return Folder(entry.folder ? *entry.folder : kEmptyFolder, depth + 1);
   }
 
-  bool Entry(const FolderEntry& entry, int32_t depth) {
+  bool Entry(const FolderEntryView& entry, int32_t depth) {
     Byte(static_cast<uint8_t>(entry.kind));
     Text(entry.name);
     switch (entry.kind) {
@@ -75,13 +79,16 @@ class ImageWriter {
   }
 
   std::string* m_Out;
+  size_t m_EntriesLeft = kMaxFolderImageEntries;
+  size_t m_FoldersLeft = kMaxFolderImageFolders;
 };
 
 // Every read checks the bytes left first, so no length read from the image
 // can make it allocate or read beyond the image itself.
 class ImageReader {
  public:
-  explicit ImageReader(std::string_view image) : m_Image(image) {}
+  explicit ImageReader(std::string_view image)
+      : m_Image(image), m_EntriesLeft(std::min(image.size() / kSmallestEntryBytes, kMaxFolderImageEntries)) {}
 
   bool AtEnd() const { return m_Position == m_Image.size(); }
   size_t Left() const { return m_Image.size() - m_Position; }
@@ -132,7 +139,10 @@ class ImageReader {
 
   bool Folder(FolderNode* folder, int32_t depth) {
     uint32_t count = 0;
-    if (depth > kMaxFolderDepth || !U32(&count) || count > Left() / kSmallestEntryBytes) return false;
+    if (depth > kMaxFolderDepth || !U32(&count) || count > Left() / kSmallestEntryBytes || count > m_EntriesLeft)
+      return false;
+    m_EntriesLeft -= count;
+    folder->Reserve(count);
     for (uint32_t i = 0; i < count; ++i) {
       FolderEntry entry;
       if (!Entry(&entry, depth) || entry.name.empty() || folder->IndexOf(entry.name) >= 0) return false;
@@ -143,6 +153,8 @@ class ImageReader {
 
  private:
   bool SubFolder(FolderEntry* entry, int32_t depth) {
+    if (m_FoldersLeft == 0) return false;
+    --m_FoldersLeft;
     entry->folder = std::make_shared<FolderNode>();
     return Folder(entry->folder.get(), depth + 1);
   }
@@ -183,6 +195,11 @@ class ImageReader {
 
   std::string_view m_Image;
   size_t m_Position = 0;
+  // What the image may still declare. Every entry takes at least
+  // kSmallestEntryBytes of its own, so all counts of a valid image add up to
+  // at most its size over that; the budget makes Reserve safe.
+  size_t m_EntriesLeft;
+  size_t m_FoldersLeft = kMaxFolderImageFolders;
 };
 
 }  // namespace

@@ -47,14 +47,14 @@ HRESULT CFolderStream::CopyEntry(tagREFString name, FolderEntry* entry) const {
   TreeLock hold(m_Tree->mutex);
   const int32_t index = m_Node->IndexOf(text);
   if (index < 0) return E_ITEMNOTFOUND;
-  *entry = m_Node->At(static_cast<size_t>(index));
+  *entry = m_Node->CopyAt(static_cast<size_t>(index));
   return S_OK;
 }
 
 HRESULT CFolderStream::CopyEntryAt(int32_t index, FolderEntry* entry) const {
   TreeLock hold(m_Tree->mutex);
   if (index < 0 || static_cast<size_t>(index) >= m_Node->Count()) return E_INVALIDARG;
-  *entry = m_Node->At(static_cast<size_t>(index));
+  *entry = m_Node->CopyAt(static_cast<size_t>(index));
   return S_OK;
 }
 
@@ -117,7 +117,7 @@ HRESULT CFolderStream::CreateFolder(tagREFString name, IFolderStream** folder) {
       TreeLock hold(m_Tree->mutex);
       const int32_t index = m_Node->IndexOf(entry.name);
       if (index >= 0 && m_Node->At(static_cast<size_t>(index)).kind == kFolderEntryFolder) {
-        node = m_Node->At(static_cast<size_t>(index)).folder;
+        node = m_Node->SubFolderAt(static_cast<size_t>(index));
       } else {
         node = entry.folder = std::make_shared<FolderNode>();
         m_Node->Put(std::move(entry));
@@ -156,7 +156,7 @@ HRESULT CFolderStream::ReadBinary(tagREFString name, void* data, int32_t byteCou
   TreeLock hold(m_Tree->mutex);
   const int32_t index = m_Node->IndexOf(text);
   if (index < 0) return E_ITEMNOTFOUND;
-  const FolderEntry& entry = m_Node->At(static_cast<size_t>(index));
+  const FolderEntryView entry = m_Node->At(static_cast<size_t>(index));
   if (entry.kind != kFolderEntryBinary) return E_FAIL;
   const size_t count = std::min(entry.bytes.size(), static_cast<size_t>(byteCount));
   if (count > 0) std::memcpy(data, entry.bytes.data(), count);

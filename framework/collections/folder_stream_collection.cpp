@@ -88,7 +88,7 @@ HRESULT CFolderStream::Rename(int32_t index, IString* name) {
   return GuardedCall([&] {
     TreeLock hold(m_Tree->mutex);
     if (index < 0 || static_cast<size_t>(index) >= m_Node->Count()) return E_INVALIDARG;
-    return m_Node->Rename(static_cast<size_t>(index), std::wstring(text)) ? S_OK : E_INVALIDARG;
+    return m_Node->Rename(static_cast<size_t>(index), text) ? S_OK : E_INVALIDARG;
   });
 }
 
@@ -114,7 +114,7 @@ HRESULT CFolderStream::get_ItemAttached(int32_t index, IUnknown** attached) {
   return GuardedCall([&] {
     TreeLock hold(m_Tree->mutex);
     if (index < 0 || static_cast<size_t>(index) >= m_Node->Count()) return E_INVALIDARG;
-    const FolderEntry& entry = m_Node->At(static_cast<size_t>(index));
+    const FolderEntryView entry = m_Node->At(static_cast<size_t>(index));
     if (entry.kind != kFolderEntryObject) return E_FAIL;
     IString* className = nullptr;
     const HRESULT result = CopyOutString(entry.text, &className);

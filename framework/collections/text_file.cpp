@@ -7,8 +7,8 @@
 #include <memory>
 
 #include "archive/file_archive_io.h"
+#include "archive/regular_file.h"
 #include "archive/safe_file_write.h"
-
 #include "value_objects.h"
 
 namespace {
@@ -100,8 +100,11 @@ std::wstring DecodeUtf8(std::string_view bytes) {
 HRESULT ReadWholeFile(const std::string& path, size_t maxBytes, std::string* bytes) {
   bytes->clear();
   if (path.empty()) return E_FAIL;
-  FileHandle file(std::fopen(path.c_str(), "rb"));
+  uint64_t size = 0;
+  FileHandle file(OpenRegularFile(path.c_str(), &size));
   if (!file) return E_FAIL;
+  if (size > maxBytes) return E_OUTOFMEMORY;
+  bytes->reserve(static_cast<size_t>(size));
   char chunk[65536];
   for (;;) {
     const size_t got = std::fread(chunk, 1, sizeof(chunk), file.get());

@@ -14,8 +14,10 @@ std::string EncodeUtf8(std::wstring_view text);
 // file reads as text.
 std::wstring DecodeUtf8(std::string_view bytes);
 
-// The file's bytes into *bytes. E_FAIL when it cannot be opened or read,
-// E_OUTOFMEMORY when it is longer than `maxBytes`.
+// The file's bytes into *bytes. E_FAIL when it cannot be opened or read or
+// is not a regular file (a directory, FIFO or device is refused before any
+// byte is read, and a FIFO without writer does not block), E_OUTOFMEMORY when
+// it is longer than `maxBytes`.
 HRESULT ReadWholeFile(const std::string& path, size_t maxBytes, std::string* bytes);
 
 // Replaces the file's content by `bytes` through a temporary file renamed over

@@ -1,6 +1,7 @@
 // Building XML text element by element.
 #include "xml_text_writer.h"
 
+#include <algorithm>
 #include <cwchar>
 
 #include "utf8_text.h"
@@ -10,6 +11,9 @@ namespace {
 
 constexpr wchar_t kLineEnd[] = L"\r\n";
 constexpr size_t kIndentWidth = 2;
+// Elements nested deeper are indented as at this depth, so the text grows in
+// step with the element count rather than with the square of the depth.
+constexpr size_t kMaxIndentDepth = 32;
 
 void AppendReference(std::wstring& out, unsigned c) {
   wchar_t reference[16];
@@ -71,7 +75,7 @@ void XMLTextWriter::EndTag(const std::wstring& tag) {
   if (m_Open.empty() && !m_Lean) m_Text += kLineEnd;
 }
 
-void XMLTextWriter::Indent(size_t depth) { m_Text.append(depth * kIndentWidth, L' '); }
+void XMLTextWriter::Indent(size_t depth) { m_Text.append(std::min(depth, kMaxIndentDepth) * kIndentWidth, L' '); }
 
 void XMLTextWriter::AppendEscaped(tagREFString text) {
   if (text.length <= 0 || !text.text) return;

@@ -2,7 +2,8 @@
 // raw text (the prolog) stays exactly where it was written.
 //
 // Layout: every element starts on its own line, indented by two blanks per
-// level, and an element holding elements closes on its own line; lean output
+// level up to 32 levels (deeper ones are indented as the 32nd), and an
+// element holding elements closes on its own line; lean output
 // writes neither line breaks nor indentation. Character data is escaped: "&",
 // "<" and ">" as entities, carriage returns and other control characters
 // (but tab and line feed) as character references, characters above U+FFFF

@@ -11,6 +11,8 @@
 #include <new>
 #include <vector>
 
+#include "archive/regular_file.h"
+
 namespace {
 
 constexpr int kPathLimit = kFileArchivePathSize - 2;  // last index a name byte may reach, plus one
@@ -195,7 +197,8 @@ HRESULT FileArchiveLoad(tagREFString name, void** data, unsigned int* length, in
   char path[kFileArchivePathSize];
   FileArchivePath(name, path);
 
-  std::unique_ptr<FILE, FileCloser> file(std::fopen(path, "rb"));
+  // A directory, FIFO or device counts as a file that cannot be opened.
+  std::unique_ptr<FILE, FileCloser> file(OpenRegularFile(path));
   if (!file) {
     std::fprintf(stderr, "file open err:\n%s\n", path);
     return E_FAIL;

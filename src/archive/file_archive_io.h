@@ -22,7 +22,8 @@ constexpr int16_t kFileLoadStrictText = 2;  // UTF-16, strict UTF-8, else 8-bit 
 // wide text and *length its length in characters: result 0 for UTF-16 or
 // 8-bit text, 1 for UTF-8. maxBytes > 0 limits the bytes read. Fails with
 // 0x80004005 (after "file open err:\n<name>\n" on stderr when the file cannot
-// be opened) and for a file of no bytes.
+// be opened, which includes anything but a regular file: a directory, FIFO or
+// device is refused before any byte is read) and for a file of no bytes.
 HRESULT FileArchiveLoad(tagREFString name, void** data, unsigned int* length, int16_t textMode, int32_t maxBytes);
 
 // Writes `length` bytes of `data` to the file `name` (appending when `append`

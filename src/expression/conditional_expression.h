@@ -31,7 +31,6 @@ class CConditionalExpression : public CObjectImpl<CConditionalExpression, IExpre
   HRESULT put_Value(IVariant* value) override;
 
   // Declared after the operations so that its slots follow them in the class's table.
-  virtual ~CConditionalExpression() = default;
 
  private:
   ExpressionState m_State;

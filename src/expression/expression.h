@@ -38,7 +38,6 @@ class CExpression : public CObjectImpl<CExpression, IExpression, IDataPersist, I
   HRESULT GetBuffer(const wchar_t** text, int32_t* length) override;
 
   // Declared after the operations so that its slots follow them in the class's table.
-  virtual ~CExpression() = default;
 
  private:
   ExpressionState m_State;

@@ -44,7 +44,6 @@ class CExpressionBuilder : public CObjectImpl<CExpressionBuilder, IExpression> {
   HRESULT put_Value(IVariant* value) override;
 
   // Declared after the operations so that its slots follow them in the class's table.
-  virtual ~CExpressionBuilder() = default;
 
  private:
   ExpressionState m_State;

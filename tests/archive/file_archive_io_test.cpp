@@ -3,6 +3,7 @@
 #include "archive/file_archive_io.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstring>
@@ -106,15 +107,21 @@ TEST_F(FileArchiveIOTest, BytesAndLimits) {
   EXPECT_EQ(FileArchiveLoad(Ref(PathOf("raw.bin")), nullptr, &length, 0, 0), E_POINTER);
 }
 
-TEST_F(FileArchiveIOTest, AFileThatCannotBeOpenedIsReportedOnStderr) {
+TEST_F(FileArchiveIOTest, AFileThatCannotBeOpenedOrIsNoRegularFileIsReportedOnStderr) {
   struct Case {
     std::wstring name;
     std::string message;
   };
   const std::string missing = (m_Folder / "missing.xml").string();
+  // Anything but a regular file is refused before a byte is read; a FIFO without writer does not block.
+  const std::string fifo = (m_Folder / "fifo").string();
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
   const Case cases[] = {
       {PathOf("missing.xml"), "file open err:\n" + missing + "\n"},
       {L"", "file open err:\n\n"},
+      {L"/dev/zero", "file open err:\n/dev/zero\n"},
+      {PathOf("fifo"), "file open err:\n" + fifo + "\n"},
+      {m_Folder.wstring(), "file open err:\n" + m_Folder.string() + "\n"},
   };
   for (const Case& c : cases) {
     void* data = nullptr;

@@ -1,12 +1,20 @@
 // "FolderStream" and "FileInfo" through the framework: round trips, order, objects, and refusal of corrupt images.
 #include <gtest/gtest.h>
 
+#include <malloc.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
 #include <limits>
+#include <vector>
 
 #include "storage_test_support.h"
 
 using namespace test_support;
+using storage_test::FolderImageHeader;
+using storage_test::Le32;
 using storage_test::ScratchFile;
+using storage_test::SmallestEntriesImage;
 
 namespace {
 
@@ -210,20 +218,12 @@ TEST(FolderStream, EntriesAreFoundByNameKindAndPosition) {
 
 namespace {
 
-std::string Le32(uint32_t value) {
-  std::string bytes(4, '\0');
-  for (int i = 0; i < 4; ++i) bytes[i] = static_cast<char>(value >> (8 * i));
-  return bytes;
-}
-
-std::string Header(uint32_t version = 1) { return "PFLD" + Le32(version); }
-
 // A one-character name "n".
 std::string NameN() { return Le32(1) + Le32(L'n'); }
 
 // The image of `depth` folders nested in each other, each named "n".
 std::string Nested(int depth) {
-  std::string image = Header();
+  std::string image = FolderImageHeader();
   for (int i = 0; i < depth; ++i) image += Le32(1) + "\x01" + NameN();
   return image + Le32(0);
 }
@@ -261,22 +261,22 @@ TEST(FolderStream, MalformedImagesAreRefused) {
     HRESULT expected;
   };
   const Case cases[] = {
-      {"valid empty folder", Header() + Le32(0), S_OK},
-      {"valid single value", Header() + Le32(1) + emptyValue, S_OK},
+      {"valid empty folder", FolderImageHeader() + Le32(0), S_OK},
+      {"valid single value", FolderImageHeader() + Le32(1) + emptyValue, S_OK},
       {"wrong magic", "PFLE" + Le32(1) + Le32(0), E_FAIL},
-      {"wrong version", Header(2) + Le32(0), E_FAIL},
-      {"version zero", Header(0) + Le32(0), E_FAIL},
-      {"absurd entry count", Header() + Le32(0xFFFFFFFF) + emptyValue, E_FAIL},
-      {"count beyond entries", Header() + Le32(2) + emptyValue, E_FAIL},
-      {"absurd name length", Header() + Le32(1) + "\x03" + Le32(0x40000000) + "abcd", E_FAIL},
-      {"absurd binary length", Header() + Le32(1) + "\x02" + NameN() + Le32(0x7FFFFFFF) + "xy", E_FAIL},
-      {"absurd text length", Header() + Le32(1) + "\x03" + NameN() + "\x03" + Le32(0xFFFFFFFF), E_FAIL},
-      {"unknown entry kind", Header() + Le32(1) + "\x09" + NameN() + std::string(1, '\0'), E_FAIL},
-      {"unknown value kind", Header() + Le32(1) + "\x03" + NameN() + "\x07", E_FAIL},
-      {"empty name", Header() + Le32(1) + "\x03" + Le32(0) + std::string(2, '\0'), E_FAIL},
-      {"repeated name", Header() + Le32(2) + emptyValue + emptyValue, E_FAIL},
-      {"object without class", Header() + Le32(1) + "\x04" + NameN() + Le32(0) + Le32(0), E_FAIL},
-      {"trailing byte", Header() + Le32(0) + "x", E_FAIL},
+      {"wrong version", FolderImageHeader(2) + Le32(0), E_FAIL},
+      {"version zero", FolderImageHeader(0) + Le32(0), E_FAIL},
+      {"absurd entry count", FolderImageHeader() + Le32(0xFFFFFFFF) + emptyValue, E_FAIL},
+      {"count beyond entries", FolderImageHeader() + Le32(2) + emptyValue, E_FAIL},
+      {"absurd name length", FolderImageHeader() + Le32(1) + "\x03" + Le32(0x40000000) + "abcd", E_FAIL},
+      {"absurd binary length", FolderImageHeader() + Le32(1) + "\x02" + NameN() + Le32(0x7FFFFFFF) + "xy", E_FAIL},
+      {"absurd text length", FolderImageHeader() + Le32(1) + "\x03" + NameN() + "\x03" + Le32(0xFFFFFFFF), E_FAIL},
+      {"unknown entry kind", FolderImageHeader() + Le32(1) + "\x09" + NameN() + std::string(1, '\0'), E_FAIL},
+      {"unknown value kind", FolderImageHeader() + Le32(1) + "\x03" + NameN() + "\x07", E_FAIL},
+      {"empty name", FolderImageHeader() + Le32(1) + "\x03" + Le32(0) + std::string(2, '\0'), E_FAIL},
+      {"repeated name", FolderImageHeader() + Le32(2) + emptyValue + emptyValue, E_FAIL},
+      {"object without class", FolderImageHeader() + Le32(1) + "\x04" + NameN() + Le32(0) + Le32(0), E_FAIL},
+      {"trailing byte", FolderImageHeader() + Le32(0) + "x", E_FAIL},
       {"100 nested folders", Nested(100), S_OK},
       {"101 nested folders", Nested(101), E_FAIL},
   };
@@ -292,4 +292,95 @@ TEST(FolderStream, NestingIsBoundedOnWriting) {
   for (SmartPtr<IFolderStream> next; folder->CreateFolder(Ref(L"n"), next.Receive()) == S_OK; folder = next) ++depth;
   EXPECT_EQ(depth, 100);
   EXPECT_EQ(BytesOf(root.get()), Nested(100));
+}
+
+// --- bounded memory for images of many entries ---
+
+namespace {
+
+// Bytes the process has allocated and not yet freed.
+size_t HeapInUse() {
+  const struct mallinfo2 info = mallinfo2();
+  return info.uordblks + info.hblkhd;
+}
+
+}  // namespace
+
+TEST(FolderStream, ManySmallEntriesTakeFewBytesEach) {
+  constexpr uint32_t kEntries = 200000;
+  const std::string image = SmallestEntriesImage(kEntries, kFolderEntryValue);  // 10 bytes an entry
+  SmartPtr<IFolderStream> stream = NewFolderStream();
+  const size_t before = HeapInUse();
+  ASSERT_EQ(stream->Write(image.data(), static_cast<int32_t>(image.size())), S_OK);
+  const size_t held = HeapInUse() - before;
+  EXPECT_LE(held, size_t{kEntries} * 64) << held / kEntries << " bytes an entry";
+  int32_t index = -1, kind = 0;
+  const std::wstring last(1, static_cast<wchar_t>(kEntries));
+  EXPECT_EQ(stream->Find(Ref(last), &index, &kind), S_OK);
+  EXPECT_EQ(index, static_cast<int32_t>(kEntries) - 1);
+  EXPECT_EQ(kind, kFolderEntryValue);
+}
+
+TEST(FolderStream, ImagesBeyondTheEntryAndFolderCapsAreRefused) {
+  struct Case {
+    const char* what;
+    std::string image;
+  };
+  const Case cases[] = {
+      {"4194305 values", SmallestEntriesImage((1u << 22) + 1, kFolderEntryValue)},
+      {"1048577 sub-folders", SmallestEntriesImage((1u << 20) + 1, kFolderEntryFolder)},
+  };
+  for (const Case& c : cases) {
+    SmartPtr<IFolderStream> target = NewFolderStream();
+    ASSERT_EQ(target->WriteString(Ref(L"kept"), MakeString(L"as before").get()), S_OK);
+    EXPECT_EQ(target->Write(c.image.data(), static_cast<int32_t>(c.image.size())), E_FAIL) << c.what;
+    EXPECT_EQ(Dump(target.get()), L"kept=t'as before'\n") << c.what;
+  }
+}
+
+// Large folders find entries through an index; removals and renames must keep it right.
+TEST(FolderStream, LargeFoldersFindEveryEntryAfterRemovalsAndRenames) {
+  SmartPtr<IFolderStream> folder = NewFolderStream();
+  std::vector<std::wstring> expected;  // names in order, as the rules say they end up
+  for (int i = 0; i < 300; ++i) {
+    expected.push_back(L"e" + std::to_wstring(i));
+    ASSERT_EQ(folder->WriteValue(Ref(expected.back()), MakeLong(i).get()), S_OK);
+  }
+  for (int i = 297; i >= 0; i -= 3) {
+    ASSERT_EQ(folder->RemoveEntry(Ref(expected[i])), S_OK);
+    expected.erase(expected.begin() + i);
+  }
+  SmartPtr<ISuperCollection> entries = QueryAs<ISuperCollection>(folder.get());
+  for (size_t i = 0; i < expected.size(); i += 5) {
+    expected[i] = L"renamed" + std::to_wstring(i);
+    ASSERT_EQ(entries->Rename(static_cast<int32_t>(i), MakeString(expected[i]).get()), S_OK);
+  }
+  EXPECT_EQ(entries->Rename(1, MakeString(expected[2]).get()), E_INVALIDARG);
+  for (size_t i = 0; i < expected.size(); ++i) {
+    int32_t index = -1, kind = 0;
+    EXPECT_EQ(folder->Find(Ref(expected[i]), &index, &kind), S_OK) << i;
+    EXPECT_EQ(index, static_cast<int32_t>(i));
+  }
+  EXPECT_EQ(folder->Find(Ref(L"e0"), nullptr, nullptr), E_ITEMNOTFOUND);  // removed
+  EXPECT_EQ(folder->Find(Ref(L"e1"), nullptr, nullptr), E_ITEMNOTFOUND);  // renamed
+}
+
+// --- special files ---
+
+// Loading refuses a device or FIFO before reading it: /dev/zero would otherwise fill 256 MiB of
+// memory before the size limit stops it, and a FIFO without writer would block for ever.
+TEST(FolderStream, DevicesAndFifosAreRefusedBeforeReading) {
+  ScratchFile fifo("folder-stream-fifo");
+  ASSERT_EQ(mkfifo(fifo.Path().c_str(), 0600), 0);
+  struct rusage before {};
+  getrusage(RUSAGE_SELF, &before);
+  for (const std::wstring& path : {std::wstring(L"/dev/zero"), std::wstring(fifo.Path().begin(), fifo.Path().end())}) {
+    SmartPtr<IFolderStream> target = NewFolderStream();
+    ASSERT_EQ(target->WriteString(Ref(L"kept"), MakeString(L"as before").get()), S_OK);
+    EXPECT_EQ(target->LoadFromFile(MakeString(path).get()), E_FAIL) << std::string(path.begin(), path.end());
+    EXPECT_EQ(Dump(target.get()), L"kept=t'as before'\n");
+  }
+  struct rusage after {};
+  getrusage(RUSAGE_SELF, &after);
+  EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 32 * 1024) << "kilobytes of peak memory added";
 }

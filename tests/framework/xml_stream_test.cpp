@@ -120,6 +120,24 @@ TEST_F(XMLStreamTest, NamesAndTextsAreEscapedAndRoundTrip) {
   EXPECT_EQ(BufferOf(stream.get()), L"<a>xy</a>\r\n") << "zero characters are left out";
 }
 
+// Indentation stops at 32 levels, so deep nesting costs a bounded amount per element. For 10,000
+// nested "e": each start tag is "<e>" after a line break (but the first) and min(depth, 32) * 2
+// blanks; each end tag but the innermost adds a line break and the same blanks, the outermost a
+// final line break. The blanks come to 2 * (528 + 32 * 9967) = 638,944 for the starts and 64 less
+// for the ends: 30,000 + 19,998 + 638,944 + 40,000 + 19,998 + 638,880 + 2 characters.
+TEST_F(XMLStreamTest, DeepNestingIsIndentedAtMostThirtyTwoLevels) {
+  constexpr int kDepth = 10000;
+  SmartPtr<IXMLStream> stream = NewStream();
+  for (int i = 0; i < kDepth; ++i) ASSERT_EQ(stream->BeginElement(RefOf(L"e"), 0, 0), S_OK);
+  for (int i = 0; i < kDepth; ++i) ASSERT_EQ(stream->EndElement(), S_OK);
+  const std::wstring text = BufferOf(stream.get());
+  EXPECT_EQ(text.size(), 1387822u);
+  EXPECT_EQ(text.substr(0, 12), L"<e>\r\n  <e>\r\n");
+  EXPECT_EQ(text.substr(text.size() - 6), L"</e>\r\n");
+  EXPECT_NE(text.find(L"\r\n" + std::wstring(64, L' ') + L"<e></e>\r\n"), std::wstring::npos);
+  EXPECT_EQ(text.find(std::wstring(65, L' ')), std::wstring::npos);
+}
+
 // Raw text stays where it was written, in order with the elements.
 TEST_F(XMLStreamTest, LayoutIndentsUnlessLeanAndKeepsRawText) {
   auto write = [](IXMLStream* stream) {
