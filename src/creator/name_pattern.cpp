@@ -1,12 +1,12 @@
 // Wildcard matching of item names.
 #include "creator/name_pattern.h"
 
+#include "parameters/folded_name.h"
+
 namespace {
 
 constexpr wchar_t kAnyRun = L'*';
 constexpr wchar_t kAnyOne = L'?';
-
-wchar_t FoldAsciiLower(wchar_t c) { return (c >= L'A' && c <= L'Z') ? static_cast<wchar_t>(c - L'A' + L'a') : c; }
 
 }  // namespace
 

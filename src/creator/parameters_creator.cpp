@@ -6,17 +6,10 @@
 #include "creator/item_copy.h"
 #include "creator/name_pattern.h"
 #include "creator/text_to_parameters.h"
+#include "parameters/folded_name.h"
 #include "strings/ref_string.h"
 
 namespace {
-
-// The text of a string, or an empty view.
-tagREFString TextOf(IString* string) {
-  tagREFString view{0, nullptr};
-  if (!string || FAILED(string->GetBuffer(&view.text, &view.length)) || view.length < 0 || !view.text)
-    return {0, L""};
-  return view;
-}
 
 int32_t CountOf(ISimpleCollection* collection) {
   int32_t count = 0;
@@ -63,14 +56,14 @@ HRESULT CParametersCreator::Copy(INamedCollection* source, IString* pattern, int
                                  IParametersCreatable* target) {
   if (!source || !target) return E_POINTER;
   const CopySource from(source);
-  const tagREFString wanted = TextOf(pattern);
+  const tagREFString wanted = NameTextOf(pattern);
   const bool copyMatching = (flags & kCopyNonMatching) == 0;
   HRESULT result = S_FALSE;
   const int32_t n = CountOf(source);
   for (int32_t i = 0; i < n; ++i) {
     SmartPtr<IString> name;
     source->get_ItemName(i, name.Receive());
-    const bool matches = wanted.length == 0 || NameMatchesPattern(TextOf(name.get()), wanted);
+    const bool matches = wanted.length == 0 || NameMatchesPattern(NameTextOf(name.get()), wanted);
     if (matches != copyMatching) continue;
     StoreByName(target, ReadItemForCopy(from, i));
     result = S_OK;
@@ -109,10 +102,10 @@ HRESULT CParametersCreator::Translate(IParameters* source, IParameters* names, I
 }
 
 HRESULT CParametersCreator::Create(IString* text, IString* separators, IParametersCreatable* target) {
-  const tagREFString separatorText = TextOf(separators);
+  const tagREFString separatorText = NameTextOf(separators);
   if (separatorText.length == 0) return E_FAIL;
   if (!target) return E_POINTER;
-  AddParametersFromText(TextOf(text), SeparatorRanks(separatorText), target);
+  AddParametersFromText(NameTextOf(text), SeparatorRanks(separatorText), target);
   return S_OK;
 }
 

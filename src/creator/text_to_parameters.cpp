@@ -1,39 +1,20 @@
 // Parameters from "name<separator>value" lines.
 #include "creator/text_to_parameters.h"
 
-#include <cwctype>
-
 #include "strings/conversions.h"
 
 namespace {
 
 constexpr wchar_t kLineFeed = L'\n';
 constexpr tagREFString kContinuationBreak{2, L"\r\n"};
-// Stray bytes of a byte-order mark read as 8-bit text.
-constexpr uint32_t kStrayMarkByte1 = 239;
-constexpr uint32_t kStrayMarkByte2 = 254;
 
-bool IsSkippedAtStart(wchar_t c) {
-  const auto code = static_cast<uint32_t>(c);
-  return std::iswspace(static_cast<wint_t>(c)) || std::iswcntrl(static_cast<wint_t>(c)) ||
-         code == kStrayMarkByte1 || code == kStrayMarkByte2;
-}
-
-// Space, control characters and DEL.
-bool IsTrailingBlank(wchar_t c) {
-  const auto code = static_cast<uint32_t>(c);
-  return code <= 32 || code == 127;
-}
-
-tagREFString SkipLeading(tagREFString text) {
-  while (text.length > 0 && IsSkippedAtStart(*text.text)) {
-    ++text.text;
-    --text.length;
-  }
+// Without blanks, control characters and stray byte-order-mark bytes at the start.
+CREFString SkipLeading(CREFString text) {
+  text.TrimLeft(false);
   return text;
 }
 
-tagREFString DropTrailing(tagREFString text) {
+CREFString DropTrailing(CREFString text) {
   while (text.length > 0 && IsTrailingBlank(text.text[text.length - 1])) --text.length;
   return text;
 }
@@ -78,7 +59,7 @@ void AddParametersFromText(tagREFString text, const SeparatorRanks& separators, 
   CREFString line;
   while (!rest.IsEmpty()) {
     rest.GetLine(&line, true, kLineFeed, true);
-    const tagREFString trimmed = SkipLeading(line);
+    const CREFString trimmed = SkipLeading(line);
     const int32_t split = separators.SplitPosition(trimmed);
     if (split < 0) {
       if (lastValue && trimmed.length > 0) {
@@ -88,8 +69,7 @@ void AddParametersFromText(tagREFString text, const SeparatorRanks& separators, 
       continue;
     }
     const tagREFString name{split, trimmed.text};
-    const tagREFString value =
-        DropTrailing(SkipLeading({trimmed.length - split - 1, trimmed.text + split + 1}));
+    const tagREFString value = DropTrailing(SkipLeading(CREFString(trimmed.text + split + 1, trimmed.length - split - 1)));
     SmartPtr<IString> nameString = SmartPtr<IString>::Adopt(ISCreate(name));
     SmartPtr<ICreatableString> valueString = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
     if (valueString) valueString->SetText(value);

@@ -1,6 +1,7 @@
 // The text that replaces a tag.
 #include "textparser/item_text.h"
 
+#include "parameters/folded_name.h"
 #include "strings/conversions.h"
 
 namespace {
@@ -9,10 +10,8 @@ namespace {
 constexpr int32_t kArchiveLoadedMarker = 1;
 
 void AppendText(IString* text, std::wstring& out) {
-  const wchar_t* buffer = nullptr;
-  int32_t length = 0;
-  if (!text || FAILED(text->GetBuffer(&buffer, &length)) || !buffer || length <= 0) return;
-  out.append(buffer, static_cast<size_t>(length));
+  const tagREFString view = NameTextOf(text);
+  if (view.length > 0) out.append(view.text, static_cast<size_t>(view.length));
 }
 
 // A file archive's text is read on first use.

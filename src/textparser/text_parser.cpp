@@ -1,6 +1,7 @@
 // "TextParser": tag substitution, line by line, into one growing buffer.
 #include "textparser/text_parser.h"
 
+#include "parameters/folded_name.h"
 #include "runtime/module_loader.h"
 #include "strings/conversions.h"
 #include "textparser/item_text.h"
@@ -11,11 +12,9 @@ namespace {
 constexpr wchar_t kDefaultTag[] = L"__";
 constexpr wchar_t kLineEnd[] = L"\r\n";
 
-std::wstring TextOf(IString* string) {
-  const wchar_t* buffer = nullptr;
-  int32_t length = 0;
-  if (!string || FAILED(string->GetBuffer(&buffer, &length)) || !buffer || length <= 0) return std::wstring();
-  return std::wstring(buffer, static_cast<size_t>(length));
+std::wstring CopyOfText(IString* string) {
+  const tagREFString view = NameTextOf(string);
+  return view.length > 0 ? std::wstring(view.text, static_cast<size_t>(view.length)) : std::wstring();
 }
 
 tagREFString ViewOf(const std::wstring& text) { return {static_cast<int32_t>(text.size()), text.data()}; }
@@ -28,20 +27,15 @@ SmartPtr<IStringCollection> LinesOf(IString* text) {
   SmartPtr<ICreatableString> setter = QueryAs<ICreatableString>(lines.get());
   if (!setter) return SmartPtr<IStringCollection>();
   lines->Reset(0);
-  tagREFString view{0, L""};
-  if (text && (FAILED(text->GetBuffer(&view.text, &view.length)) || !view.text || view.length < 0)) view = {0, L""};
-  setter->SetText(view);
+  const tagREFString view = NameTextOf(text);
+  setter->SetText(view.length > 0 ? view : tagREFString{0, L""});
   return lines;
 }
 
 // Removes from the end of `out`, down to `from`, every space, control character and DEL.
 void DropTrailingBlanks(std::wstring& out, size_t from) {
   size_t end = out.size();
-  while (end > from) {
-    const auto code = static_cast<uint32_t>(out[end - 1]);
-    if (code > 32 && code != 127) break;
-    --end;
-  }
+  while (end > from && IsTrailingBlank(out[end - 1])) --end;
   out.resize(end);
 }
 
@@ -107,7 +101,7 @@ HRESULT CTextParser::FinalConstruct() {
 HRESULT CTextParser::get_Tags(IString** /*opening*/, IString** /*closing*/) { return S_OK; }
 
 HRESULT CTextParser::put_Tags(IString* opening, IString* closing) {
-  std::wstring openingText = TextOf(opening), closingText = TextOf(closing);
+  std::wstring openingText = CopyOfText(opening), closingText = CopyOfText(closing);
   m_OpeningText.swap(openingText);
   m_ClosingText.swap(closingText);
   m_Opening = SmartPtr<IString>(opening);
@@ -125,18 +119,13 @@ HRESULT CTextParser::ParseTags(IString* text, IString** result, INamedCollection
 
   TagFiller filler(m_OpeningText, m_ClosingText, values, dropUnknown != 0);
   std::wstring filled;
-  const wchar_t* templateText = nullptr;
-  int32_t templateLength = 0;
-  if (text && SUCCEEDED(text->GetBuffer(&templateText, &templateLength)) && templateLength > 0)
-    filled.reserve(static_cast<size_t>(templateLength) + static_cast<size_t>(count) * 2);
+  filled.reserve(static_cast<size_t>(NameTextOf(text).length) + static_cast<size_t>(count) * 2);
   for (int32_t i = 0; i < count; ++i) {
     SmartPtr<IUnknown> item;
     lines->get_Item(i, item.Receive());
     SmartPtr<IString> line = QueryAs<IString>(item.get());  // anything else is an empty line
-    const wchar_t* lineText = nullptr;
-    int32_t lineLength = 0;
-    if (!line || FAILED(line->GetBuffer(&lineText, &lineLength)) || !lineText || lineLength < 0) lineLength = 0;
-    filler.FillLine(lineText, lineLength, filled);
+    const tagREFString lineText = NameTextOf(line.get());
+    filler.FillLine(lineText.text, lineText.length, filled);
   }
   if (filled.size() > static_cast<size_t>(INT32_MAX)) return E_OUTOFMEMORY;  // lengths stay 32-bit
   output->SetText(ViewOf(filled));
