@@ -18,7 +18,9 @@ class CParametersCreator : public CObjectImpl<CParametersCreator, IParametersCre
       {&IID_IParametersCreator, InterfaceOf<CParametersCreator, IParametersCreator>},
   };
 
-  // The class's own operations, in its slot order (ParametersCreatorObject).
+  // The class's own operations, in its slot order (ParametersCreatorObject): each
+  // declaration, interface overrides included, takes the next slot of the table
+  // the class answers for IUnknown, so the order of these lines is that table's.
   HRESULT SubSet(INamedCollection* source, int32_t first, int32_t count, IParametersCreatable* target) override;
   HRESULT Copy(INamedCollection* source, IString* pattern, int32_t flags, IParametersCreatable* target) override;
   // Does nothing: 0, target unchanged.

@@ -34,8 +34,10 @@ class CTextParser : public CObjectImpl<CTextParser, ITextParser> {
   virtual ~CTextParser() = default;
 
  private:
+  // The delimiters' text as put_Tags found it; the scans read these.
   std::wstring m_OpeningText;
   std::wstring m_ClosingText;
+  // The delimiter strings themselves, held as given.
   SmartPtr<IString> m_Opening;
   SmartPtr<IString> m_Closing;
 };
