@@ -136,7 +136,8 @@ struct ParametersCreatorObject : IUnknown {
   virtual HRESULT SubSet(INamedCollection* source, int32_t first, int32_t count, IParametersCreatable* target) = 0;
   virtual HRESULT Copy(INamedCollection* source, IString* pattern, int32_t flags, IParametersCreatable* target) = 0;
   virtual HRESULT Combine(INamedCollection* first, INamedCollection* second, IParametersCreatable* target) = 0;
-  virtual HRESULT Translate(IParameters* source, IParameters* names, IParameters* templ, IParametersCreatable* target) = 0;
+  virtual HRESULT Translate(IParameters* source, IParameters* names, IParameters* templ,
+                            IParametersCreatable* target) = 0;
   virtual HRESULT Create(IString* text, IString* separators, IParametersCreatable* target) = 0;
   virtual HRESULT Find(INamedCollection* source, IString* condition, int32_t flags, IParametersCreatable** found) = 0;
   virtual HRESULT Update(INamedCollection* target, IUnknown* source, int16_t mode) = 0;

@@ -69,7 +69,8 @@ void AddParametersFromText(tagREFString text, const SeparatorRanks& separators, 
       continue;
     }
     const tagREFString name{split, trimmed.text};
-    const tagREFString value = DropTrailing(SkipLeading(CREFString(trimmed.text + split + 1, trimmed.length - split - 1)));
+    const CREFString afterSeparator(trimmed.text + split + 1, trimmed.length - split - 1);
+    const tagREFString value = DropTrailing(SkipLeading(afterSeparator));
     SmartPtr<IString> nameString = SmartPtr<IString>::Adopt(ISCreate(name));
     SmartPtr<ICreatableString> valueString = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
     if (valueString) valueString->SetText(value);

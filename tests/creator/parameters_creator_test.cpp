@@ -136,14 +136,7 @@ TEST_F(ParametersCreatorTest, SubSetOfAParameterSetCopiesValues) {
   ASSERT_EQ(target->get_ItemDescriptor(0, copied.Receive()), S_OK);
   EXPECT_TRUE(copied == descriptor.get());
 
-  SmartPtr<IVariant> inTarget, inSource;
-  target->get_ItemVariant(2, inTarget.Receive());
-  source->get_ItemVariant(3, inSource.Receive());
-  EXPECT_FALSE(inTarget == inSource.get());
-  SmartPtr<IString> targetText, sourceText;
-  inTarget->GetString(targetText.Receive());
-  inSource->GetString(sourceText.Receive());
-  EXPECT_FALSE(targetText == sourceText.get()) << "the text is not shared either";
+  SmartPtr<IVariant> inTarget;
   target->get_ItemVariant(1, inTarget.Receive());
   inTarget->SetLong(42);
   EXPECT_EQ(ItemsOf(source.get())[2], L"c=i3");

@@ -22,23 +22,23 @@ class CArchiveText final : public CObjectImpl<CArchiveText, IString, IFileArchiv
     *length = static_cast<int32_t>(m_Text.size());
     return S_OK;
   }
-  HRESULT get_Filename(IString**) override { return E_NOTIMPL; }
-  HRESULT put_Filename(IString*) override { return E_NOTIMPL; }
-  HRESULT get_Filter(IString**, int16_t) override { return E_NOTIMPL; }
-  HRESULT get_Name(IString**) override { return E_NOTIMPL; }
   HRESULT Load() override {
     ++loads;
     m_Text = L"from file";
     m_Loaded = 1;
     return S_OK;
   }
-  HRESULT Save() override { return E_NOTIMPL; }
-  HRESULT Control(int32_t, int32_t) override { return E_NOTIMPL; }
   HRESULT Inquire(int32_t code, int32_t* value) override {
     if (code != 1) return E_INVALIDARG;
     *value = m_Loaded;
     return S_ARCHIVE_STATE;
   }
+  HRESULT get_Filename(IString**) override { return E_NOTIMPL; }
+  HRESULT put_Filename(IString*) override { return E_NOTIMPL; }
+  HRESULT get_Filter(IString**, int16_t) override { return E_NOTIMPL; }
+  HRESULT get_Name(IString**) override { return E_NOTIMPL; }
+  HRESULT Save() override { return E_NOTIMPL; }
+  HRESULT Control(int32_t, int32_t) override { return E_NOTIMPL; }
 
  private:
   std::wstring m_Text;
