@@ -26,6 +26,10 @@ static_assert(sizeof(PARAMETEROBJECT) == 4 * sizeof(void*));
 constexpr int32_t kLoadReplace = 0x1000000;  // empty the set before loading
 constexpr int32_t kSaveLean = 0x800000;      // lean XML output
 
+// Parameter flag: left out of lean output, descriptor not stored. Cleared on
+// every item the parameters creator copies.
+constexpr int32_t kParameterNotStored = 0x40000;
+
 // Set() modes for an existing parameter.
 constexpr int16_t kSetClearDescriptor = 0x1;
 constexpr int16_t kSetWriteZeroFlags = 0x2;
@@ -111,8 +115,31 @@ struct IInputParameters : INamedCollection {
 struct IParametersCreator : IUnknown {
   virtual HRESULT Create(IString* text, IString* separators, IParametersCreatable* target) = 0;
   virtual HRESULT Translate(IParameters* source, IParameters* names, IParameters* templ, IParametersCreatable* target) = 0;
-  virtual HRESULT Copy(INamedCollection* source, IString* name, int32_t flags, IParametersCreatable* target) = 0;
+  virtual HRESULT Copy(INamedCollection* source, IString* pattern, int32_t flags, IParametersCreatable* target) = 0;
   virtual HRESULT SubSet(INamedCollection* source, int32_t first, int32_t count, IParametersCreatable* target) = 0;
+  virtual HRESULT Update(INamedCollection* target, IUnknown* source, int16_t mode) = 0;
+};
+
+// Copy flag: copy the items whose names do NOT match the pattern.
+constexpr int32_t kCopyNonMatching = 0x1;
+// Update mode: source items that the target lacks are appended to it.
+constexpr int16_t kUpdateAddMissing = 0x1;
+
+// The own table of "ParametersCreator" (the pointer it answers for IUnknown):
+// the object-model slots, then the class's operations in this order. Combine
+// and Find are reached only through this table.
+struct ParametersCreatorObject : IUnknown {
+  virtual HRESULT FinalConstruct() = 0;
+  virtual void FinalRelease() = 0;
+  virtual void Lock() = 0;
+  virtual void Unlock() = 0;
+  virtual HRESULT SubSet(INamedCollection* source, int32_t first, int32_t count, IParametersCreatable* target) = 0;
+  virtual HRESULT Copy(INamedCollection* source, IString* pattern, int32_t flags, IParametersCreatable* target) = 0;
+  virtual HRESULT Combine(INamedCollection* first, INamedCollection* second, IParametersCreatable* target) = 0;
+  virtual HRESULT Translate(IParameters* source, IParameters* names, IParameters* templ,
+                            IParametersCreatable* target) = 0;
+  virtual HRESULT Create(IString* text, IString* separators, IParametersCreatable* target) = 0;
+  virtual HRESULT Find(INamedCollection* source, IString* condition, int32_t flags, IParametersCreatable** found) = 0;
   virtual HRESULT Update(INamedCollection* target, IUnknown* source, int16_t mode) = 0;
 };
 

@@ -6,8 +6,10 @@
 #include "inputs/input_parameter.h"
 #include "inputs/input_parameters.h"
 #include "parameters/param_collection.h"
+#include "creator/parameters_creator.h"
 #include "parameters/parameters_creatable.h"
 #include "runtime/class_table.h"
+#include "textparser/text_parser.h"
 
 namespace {
 
@@ -19,8 +21,8 @@ const ClassTableEntry kClasses[] = {
     CLASS_TABLE_ENTRY(L"InputParameter", CObject<CInputParameter>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"InputParameters", CObject<CInputParameters>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"ParametersCreatable", CObject<CParametersCreatable>::_CreateInstance),
-    CLASS_TABLE_ENTRY(L"ParametersCreator", nullptr),
-    CLASS_TABLE_ENTRY(L"TextParser", nullptr),
+    CLASS_TABLE_ENTRY(L"ParametersCreator", CObject<CParametersCreator>::_CreateInstance),
+    CLASS_TABLE_ENTRY(L"TextParser", CObject<CTextParser>::_CreateInstance),
     CLASS_TABLE_ENTRY(L"ParamCollection", CObject<CParamCollection>::_CreateInstance),
 };
 

@@ -73,3 +73,9 @@ int _wcsnicmp(const wchar_t* a, const wchar_t* b, unsigned int count);
 // vswprintf into `buffer` (capacity `size`), terminated; returns the count.
 // When formatting fails the buffer holds an empty text and the count is 0.
 int _swprintf(wchar_t* buffer, unsigned int size, const wchar_t* format, ...);
+
+// Space, control characters (code 32 or less) and DEL: what is trimmed from the end of lines and values.
+inline bool IsTrailingBlank(wchar_t c) {
+  const auto code = static_cast<uint32_t>(c);
+  return code <= 32 || code == 127;
+}

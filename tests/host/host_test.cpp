@@ -98,7 +98,7 @@ TEST(Host, ParameterModuleClassNames) {
   } classes[] = {
       {L"ConditionalExpression", true},  {L"Expression", true},       {L"ExpressionBuilder", true},
       {L"InputParameter", true},         {L"InputParameters", true}, {L"ParametersCreatable", true},
-      {L"ParametersCreator", false},     {L"TextParser", false},      {L"ParamCollection", true},
+      {L"ParametersCreator", true},      {L"TextParser", true},       {L"ParamCollection", true},
   };
   for (const auto& c : classes) {
     SCOPED_TRACE(testing::PrintToString(std::wstring(c.name)));
@@ -177,6 +177,72 @@ TEST(Host, SharedComponentCollection) {
   uint32_t before = test_support::RefCountOf(collection.get());
   EXPECT_EQ(parameters.initialize(nullptr, nullptr), 0);
   EXPECT_EQ(test_support::RefCountOf(collection.get()), before - 1) << "InitializeModule(null, null) releases it";
+}
+
+// Creates an object of `className` from the loaded module for `iid`.
+template <class I>
+SmartPtr<I> CreateFrom(const LoadedModule& module, const wchar_t* className, const IID& iid) {
+  SmartPtr<I> object;
+  void* create = nullptr;
+  if (module.createFunction(View(className), &create) != S_OK) return object;
+  IID asked = iid;
+  reinterpret_cast<CreationFunction>(create)(nullptr, &asked, object.ReceiveVoid());
+  return object;
+}
+
+// A host's view of the creator's own table. The object does not derive from the
+// declaration, so the sanitizer's dynamic-type check is off for these calls.
+struct CreatorTable {
+  ParametersCreatorObject* object;
+  __attribute__((no_sanitize("vptr"))) HRESULT Create(IString* text, IString* separators,
+                                                      IParametersCreatable* target) {
+    return object->Create(text, separators, target);
+  }
+  __attribute__((no_sanitize("vptr"))) HRESULT Combine(IParametersCreatable* a, IParametersCreatable* target) {
+    return object->Combine(a, a, target);
+  }
+  __attribute__((no_sanitize("vptr"))) HRESULT Find(IParametersCreatable* source, IParametersCreatable** found) {
+    return object->Find(source, nullptr, 0, found);
+  }
+  __attribute__((no_sanitize("vptr"))) HRESULT SubSet(IParametersCreatable* source, int32_t first, int32_t count,
+                                                      IParametersCreatable* target) {
+    return object->SubSet(source, first, count, target);
+  }
+};
+
+// The creator's own table (its IUnknown pointer) reaches every operation in the
+// documented order, Combine and Find included; its text fills a template.
+TEST(Host, CreatorTableAndTextParser) {
+  LoadedModule module = Load("Parameters.so");
+  ASSERT_NE(module.createFunction, nullptr);
+  SmartPtr<IUnknown> creator = CreateFrom<IUnknown>(module, L"ParametersCreator", IID_IUnknown);
+  SmartPtr<IParametersCreatable> set =
+      CreateFrom<IParametersCreatable>(module, L"ParametersCreatable", IID_IParametersCreatable);
+  SmartPtr<IParametersCreatable> last =
+      CreateFrom<IParametersCreatable>(module, L"ParametersCreatable", IID_IParametersCreatable);
+  SmartPtr<ITextParser> parser = CreateFrom<ITextParser>(module, L"TextParser", IID_ITextParser);
+  ASSERT_TRUE(creator && set && last && parser);
+  CreatorTable table{reinterpret_cast<ParametersCreatorObject*>(creator.get())};
+
+  ASSERT_EQ(table.Create(test_support::MakeString(L"Speed=12.5\nUnit: m/s\n").get(),
+                          test_support::MakeString(L"=:").get(), set.get()),
+            S_OK);
+  int32_t count = 0;
+  EXPECT_EQ(table.Combine(set.get(), last.get()), S_OK);
+  last->get_Count(&count);
+  EXPECT_EQ(count, 0);
+  IParametersCreatable* found = last.get();
+  EXPECT_EQ(table.Find(set.get(), &found), E_NOTIMPL);
+  EXPECT_EQ(found, last.get());
+  EXPECT_EQ(table.SubSet(set.get(), -1, 1, last.get()), S_OK);
+  last->get_Count(&count);
+  EXPECT_EQ(count, 1);
+
+  SmartPtr<IString> out;
+  EXPECT_EQ(parser->ParseTags(test_support::MakeString(L"Speed __speed__ __UNIT__ \n__Unit__").get(), out.Receive(),
+                              set.get(), 0),
+            S_OK);
+  EXPECT_EQ(test_support::TextOf(out), L"Speed 12.5 m/s\r\nm/s\r\n");
 }
 
 }  // namespace
