@@ -297,7 +297,8 @@ TEST(InputParameter, FetchesFromACollectionOrThePlainSource) {
 }
 
 // A set whose item has a binding as descriptor reads the bound item's current
-// value (result 1), also after the caller let go of the source.
+// value (result 1), also after the caller let go of the source; so does a
+// formula that names the item.
 TEST(InputParameter, ParameterSetsReadTheBoundValue) {
   SmartPtr<IParametersCreatable> source = MakeSet({{L"text", MakeText(L"t").get()}, {L"speed", MakeLong(10).get()}});
   SmartPtr<IInputParameter> binding = NewBinding();
@@ -306,15 +307,22 @@ TEST(InputParameter, ParameterSetsReadTheBoundValue) {
   SmartPtr<IParametersCreatable> reader = NewSet();
   reader->Add(MakeString(L"v").get(), MakeLong(-1).get(), binding.get(), 0);
 
+  SmartPtr<IExpression> formula = CreateObjectAs<IExpression>(L"Expression");
+  ASSERT_TRUE(formula);
+  formula->put_Expression(Ref(L"V * 2 + 1"));
   struct Step {
     int32_t newValue;
     const wchar_t* read;
-  } steps[] = {{0, L"i10"}, {25, L"i25"}, {-3, L"i-3"}};
+    double formulaValue;
+  } steps[] = {{0, L"i10", 21}, {25, L"i25", 51}, {-3, L"i-3", -5}};
   for (const Step& step : steps) {
     if (step.newValue) source->put_Item(1, MakeLong(step.newValue).get());
     SmartPtr<IVariant> value;
     EXPECT_EQ(reader->get_ItemVariant(0, value.Receive()), S_FALSE);
     EXPECT_EQ(DescribeValue(value.get()), step.read);
+    EXPECT_EQ(formula->Evaluate(reader.get()), S_OK);
+    ASSERT_EQ(formula->get_Value(value.Receive()), S_OK);
+    EXPECT_EQ(value->GetDouble(), step.formulaValue) << step.read;
   }
   source.Reset();  // the binding holds its own reference
   SmartPtr<IUnknown> item;
