@@ -1,35 +1,13 @@
 // End to end: the built modules loaded with dlopen and used through their
 // exported entry points, exactly as a host process does.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "params.h"
-#include "runtime/smart_ptr.h"
+#include "host_support.h"
 #include "test_support.h"
 
 namespace {
-
-typedef int32_t (*CreateFunctionType)(tagREFString, void**);
-typedef int32_t (*InitializeModuleType)(void*, IComponentCollection*);
-
-struct LoadedModule {
-  void* library = nullptr;
-  CreateFunctionType createFunction = nullptr;
-  InitializeModuleType initialize = nullptr;
-};
-
-LoadedModule Load(const char* file) {
-  LoadedModule module;
-  module.library = dlopen((std::string("./_binlinux/") + file).c_str(), RTLD_NOW);
-  if (!module.library) return module;
-  module.createFunction = reinterpret_cast<CreateFunctionType>(dlsym(module.library, kCreateFunctionSymbol));
-  module.initialize = reinterpret_cast<InitializeModuleType>(dlsym(module.library, kInitializeModuleSymbol));
-  return module;
-}
-
-tagREFString View(const wchar_t* text) { return {static_cast<int32_t>(wcslen(text)), text}; }
 
 // Class names match exactly: same length, every character equal, case-sensitive. The name crosses
 // CreateFunction by value as a counted view, so only `length` characters count.
