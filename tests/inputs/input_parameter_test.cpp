@@ -66,16 +66,6 @@ TEST(InputParameter, AccessorsReportNullPointersAndUnsetFields) {
   b->put_Name(held.get());
   held->SetText(Ref(L"torque"));
   EXPECT_EQ(NameOf(b), L"torque") << "the name string is held, not copied";
-  b->put_SourceIndex(INT32_MIN);
-  b->put_AssignmentFlags(-7);
-  b->put_IID(IID_IDblVector);
-  int32_t flags = 0;
-  IID iid{};
-  b->get_AssignmentFlags(&flags);
-  b->get_IID(&iid);
-  EXPECT_EQ(SourceIndexOf(b), INT32_MIN);
-  EXPECT_EQ(flags, -7);
-  EXPECT_TRUE(iid == IID_IDblVector);
 }
 
 // INamedCollection is answered with the primary pointer (intended), whose
