@@ -72,8 +72,8 @@ class CInputParameter : public CObjectImpl<CInputParameter, IInputParameter, IDa
 
   HRESULT SaveXML(IDataStream* stream, IXMLStream* xml, int32_t flags);
   HRESULT SaveFolder(IFolderStream* folder, int32_t flags);
-  HRESULT LoadXML(IXMLStream* stream);
-  HRESULT LoadFolder(IFolderStream* folder, int32_t flags);
+  HRESULT LoadXML(IXMLStream* stream, bool readSource);
+  HRESULT LoadFolder(IFolderStream* folder, int32_t flags, bool readSource);
 
   SmartPtr<IString> m_Name;
   int32_t m_SourceIndex = 0;

@@ -28,9 +28,12 @@ HRESULT CInputParameter::Save(IDataStream* stream, int32_t flags) {
   return E_FAIL;
 }
 
+// Sources nested deeper than the resolution depth (a hostile file) are not read.
 HRESULT CInputParameter::Load(IDataStream* stream, int32_t flags) {
-  if (SmartPtr<IXMLStream> xml = QueryAs<IXMLStream>(stream)) return LoadXML(xml.get());
-  if (SmartPtr<IFolderStream> folder = QueryAs<IFolderStream>(stream)) return LoadFolder(folder.get(), flags);
+  ResolutionGuard guard(this);
+  if (SmartPtr<IXMLStream> xml = QueryAs<IXMLStream>(stream)) return LoadXML(xml.get(), guard.Entered());
+  if (SmartPtr<IFolderStream> folder = QueryAs<IFolderStream>(stream))
+    return LoadFolder(folder.get(), flags, guard.Entered());
   return E_FAIL;
 }
 
@@ -62,7 +65,7 @@ HRESULT CInputParameter::SaveFolder(IFolderStream* folder, int32_t flags) {
 
 // Entry names are compared without regard to case; any entry other than
 // Name, IID and Index is the nested source element.
-HRESULT CInputParameter::LoadXML(IXMLStream* stream) {
+HRESULT CInputParameter::LoadXML(IXMLStream* stream, bool readSource) {
   SmartPtr<IString> entry;
   while (stream->NextChild(entry.Receive()) >= 0 && entry) {
     const tagREFString name = NameTextOf(entry.get());
@@ -79,12 +82,12 @@ HRESULT CInputParameter::LoadXML(IXMLStream* stream) {
       continue;
     }
     SmartPtr<IUnknown> source;
-    if (SUCCEEDED(stream->ReadObject(name, source.Receive())) && source) put_Source(source.get());
+    if (readSource && SUCCEEDED(stream->ReadObject(name, source.Receive())) && source) put_Source(source.get());
   }
   return S_OK;
 }
 
-HRESULT CInputParameter::LoadFolder(IFolderStream* folder, int32_t flags) {
+HRESULT CInputParameter::LoadFolder(IFolderStream* folder, int32_t flags, bool readSource) {
   SmartPtr<IString> name;
   if (FAILED(folder->ReadString(kNameEntry, name.Receive())) || !name) name = SmartPtr<IString>::Adopt(ISCreate(L""));
   m_Name = name;
@@ -92,7 +95,7 @@ HRESULT CInputParameter::LoadFolder(IFolderStream* folder, int32_t flags) {
   m_SourceIndex = 0;
   if (folder->ReadBinary(kIndexEntry, &index, sizeof(index), nullptr) == S_OK) m_SourceIndex = index;
   SmartPtr<IUnknown> source;
-  folder->ReadObject(kSourceEntry, flags, nullptr, source.ReceiveVoid());
+  if (readSource) folder->ReadObject(kSourceEntry, flags, nullptr, source.ReceiveVoid());
   IID iid{};
   if (folder->ReadBinary(kIIDEntry, iid.bytes, sizeof(iid.bytes), nullptr) == S_OK) m_IID = iid;
   return put_Source(source.get());

@@ -12,8 +12,9 @@
 
 #include <cstdint>
 
-// Deepest chain of distinct bindings resolved one inside another.
-constexpr int32_t kMaxResolutionDepth = 32;
+// Deepest chain of distinct bindings resolved one inside another. Each level
+// holds two locks (the binding's and its source set's) and some stack.
+constexpr int32_t kMaxResolutionDepth = 16;
 
 class ResolutionGuard {
  public:

@@ -1,12 +1,10 @@
 // End to end: the built modules loaded with dlopen and used through their
 // exported entry points, exactly as a host process does.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "params.h"
-#include "runtime/smart_ptr.h"
+#include "host_support.h"
 #include "test_support.h"
 
 // The primary table of "ParametersCreatable" as a host declares it: the
@@ -22,38 +20,6 @@ struct ParametersCreatablePrimaryTable : IUnknown {
 };
 
 namespace {
-
-typedef int32_t (*CreateFunctionType)(tagREFString, void**);
-typedef int32_t (*InitializeModuleType)(void*, IComponentCollection*);
-
-struct LoadedModule {
-  void* library = nullptr;
-  CreateFunctionType createFunction = nullptr;
-  InitializeModuleType initialize = nullptr;
-};
-
-LoadedModule Load(const char* file) {
-  LoadedModule module;
-  module.library = dlopen((std::string("./_binlinux/") + file).c_str(), RTLD_NOW);
-  if (!module.library) return module;
-  module.createFunction = reinterpret_cast<CreateFunctionType>(dlsym(module.library, kCreateFunctionSymbol));
-  module.initialize = reinterpret_cast<InitializeModuleType>(dlsym(module.library, kInitializeModuleSymbol));
-  return module;
-}
-
-tagREFString View(const wchar_t* text) { return {static_cast<int32_t>(wcslen(text)), text}; }
-
-// A new object of `className` from `file`, asked for I, as a host makes it; null on any failure.
-template <class I>
-SmartPtr<I> CreateFrom(const char* file, const wchar_t* className) {
-  SmartPtr<I> object;
-  LoadedModule module = Load(file);
-  void* create = nullptr;
-  if (!module.createFunction || module.createFunction(View(className), &create) != S_OK) return object;
-  IID iid = IIDOf<I>();
-  reinterpret_cast<CreationFunction>(create)(nullptr, &iid, object.ReceiveVoid());
-  return object;
-}
 
 // Class names match exactly: same length, every character equal, case-sensitive. The name crosses
 // CreateFunction by value as a counted view, so only `length` characters count.
@@ -126,7 +92,7 @@ __attribute__((no_sanitize("vptr"))) HRESULT SortThroughPrimaryTable(IUnknown* o
 }
 
 TEST(Host, PrimaryTableFollowsTheClassSlotOrder) {
-  SmartPtr<IParameters> set = CreateFrom<IParameters>("Parameters.so", L"ParametersCreatable");
+  SmartPtr<IParameters> set = CreateFromModule<IParameters>(Load("Parameters.so"), L"ParametersCreatable");
   ASSERT_TRUE(set);
   for (const wchar_t* name : {L"b", L"c", L"a"})
     set->Add(test_support::MakeString(name).get(), nullptr, nullptr, 0);
@@ -146,7 +112,7 @@ TEST(Host, PrimaryTableFollowsTheClassSlotOrder) {
 TEST(Host, SharedComponentCollection) {
   LoadedModule parameters = Load("Parameters.so");
   SmartPtr<IComponentCollection> collection =
-      CreateFrom<IComponentCollection>("CollectionsEx.so", L"GlobalComponentCollection");
+      CreateFromModule<IComponentCollection>(Load("CollectionsEx.so"), L"GlobalComponentCollection");
   ASSERT_TRUE(collection);
   EXPECT_EQ(parameters.initialize(nullptr, collection.get()), 0);
   EXPECT_EQ(test_support::RefCountOf(collection.get()), 2u) << "the module keeps one reference";
@@ -179,17 +145,6 @@ TEST(Host, SharedComponentCollection) {
   EXPECT_EQ(test_support::RefCountOf(collection.get()), before - 1) << "InitializeModule(null, null) releases it";
 }
 
-// Creates an object of `className` from the loaded module for `iid`.
-template <class I>
-SmartPtr<I> CreateFrom(const LoadedModule& module, const wchar_t* className, const IID& iid) {
-  SmartPtr<I> object;
-  void* create = nullptr;
-  if (module.createFunction(View(className), &create) != S_OK) return object;
-  IID asked = iid;
-  reinterpret_cast<CreationFunction>(create)(nullptr, &asked, object.ReceiveVoid());
-  return object;
-}
-
 // A host's view of the creator's own table. The object does not derive from the
 // declaration, so the sanitizer's dynamic-type check is off for these calls.
 struct CreatorTable {
@@ -215,12 +170,12 @@ struct CreatorTable {
 TEST(Host, CreatorTableAndTextParser) {
   LoadedModule module = Load("Parameters.so");
   ASSERT_NE(module.createFunction, nullptr);
-  SmartPtr<IUnknown> creator = CreateFrom<IUnknown>(module, L"ParametersCreator", IID_IUnknown);
+  SmartPtr<IUnknown> creator = CreateFromModule<IUnknown>(module, L"ParametersCreator");
   SmartPtr<IParametersCreatable> set =
-      CreateFrom<IParametersCreatable>(module, L"ParametersCreatable", IID_IParametersCreatable);
+      CreateFromModule<IParametersCreatable>(module, L"ParametersCreatable");
   SmartPtr<IParametersCreatable> last =
-      CreateFrom<IParametersCreatable>(module, L"ParametersCreatable", IID_IParametersCreatable);
-  SmartPtr<ITextParser> parser = CreateFrom<ITextParser>(module, L"TextParser", IID_ITextParser);
+      CreateFromModule<IParametersCreatable>(module, L"ParametersCreatable");
+  SmartPtr<ITextParser> parser = CreateFromModule<ITextParser>(module, L"TextParser");
   ASSERT_TRUE(creator && set && last && parser);
   CreatorTable table{reinterpret_cast<ParametersCreatorObject*>(creator.get())};
 

@@ -124,6 +124,22 @@ TEST(InputPersistence, XMLEntriesAreMatchedIgnoringCase) {
   EXPECT_TRUE(iid == IID_IDblVector) << "XML carries no IID";
 }
 
+// A hostile file nesting bindings 40 deep: the 17th has no source (nesting is cut at 16).
+TEST(InputPersistence, DeeplyNestedSourcesAreCut) {
+  std::wstring text;
+  for (int i = 0; i < 40; ++i) text += L"<InputParameter>";
+  for (int i = 39; i >= 0; --i) text += L"<Name>" + std::to_wstring(i) + L"</Name></InputParameter>";
+  SmartPtr<IXMLStream> stream = CreateObjectAs<IXMLStream>(L"XMLStream");
+  ASSERT_EQ(stream->LoadContent(text.c_str(), static_cast<int32_t>(text.size() * sizeof(wchar_t)), 0), S_OK);
+  SmartPtr<IUnknown> loaded;
+  stream->ReadObject(Ref(L""), loaded.Receive());
+  std::wstring names;
+  for (SmartPtr<IInputParameter> level = QueryAs<IInputParameter>(loaded.get()); level;
+       level = QueryAs<IInputParameter>(SourceOf(level.get()).get()))
+    names += NameOf(level.get()) + L" ";
+  EXPECT_EQ(names, L"0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 ");
+}
+
 TEST(InputPersistence, OtherStreamKinds) {
   SmartPtr<IDataStream> bytes = CreateObjectAs<IDataStream>(L"DataStream");
   SmartPtr<IXMLStream> xml = CreateObjectAs<IXMLStream>(L"XMLStream");
