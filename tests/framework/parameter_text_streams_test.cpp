@@ -122,7 +122,7 @@ namespace {
 
 TEST(CSVStream, LoadsAUtf16FileWithMark) {
   ScratchFile file("utf16csv");
-  file.Write(std::string("\xFF\xFE" "a\0=\0001\0,\0b\0=\0x\0\n\0", 20));
+  file.Write(std::string("\xFF\xFE" "a\0=\0001\0,\0b\0=\0x\0\n\0", 18));
   SmartPtr<IParameters> set = NewSet();
   SmartPtr<IParameterTextStream> stream = StreamFor(L"CSVStream", set.get());
   ASSERT_EQ(stream->Load(file.Name().get(), kLoadReplace), S_OK);
