@@ -2,8 +2,6 @@
 // whole-name lookup, assigning to an input and reading it, and its own table.
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "input_test_support.h"
 
 // How a host sees the collection's own table.
@@ -45,22 +43,20 @@ TEST(InputParameters, DeclaresAndAddsInputsFoundByWholeName) {
   SmartPtr<IInputParameter> existing = NewBinding();
   SmartPtr<IParametersCreatable> set = NewSet();
   SmartPtr<IInputParameter> verified;
-  struct Case {
-    const char* call;
-    std::function<HRESULT()> run;
-    HRESULT expected;
-  } cases[] = {
-      {"Add(name, binding)", [&] { return table->Add(MakeString(L"torque").get(), existing.get()); }, S_OK},
-      {"Add(name, null)", [&] { return inputs->Add(MakeString(L"x").get(), nullptr); }, E_POINTER},
-      {"Add of a set", [&] { return inputs->Add(MakeString(L"x").get(), set.get(), nullptr, 0); }, E_INVALIDARG},
-      {"VerifyInterface(null)", [&] { return table->VerifyInterface(nullptr, verified.Receive()); }, E_FAIL},
-      {"VerifyInterface(set)", [&] { return inputs->VerifyInterface(set.get(), verified.Receive()); }, E_FAIL},
-      {"VerifyInterface(.., null)", [&] { return inputs->VerifyInterface(existing.get(), nullptr); }, E_POINTER},
-      {"GetInput past the end", [&] { return table->GetInput(3, unknown.Receive()); }, E_INVALIDARG},
-      {"SetInput past the end", [&] { return inputs->SetInput(3, set.get()); }, E_INVALIDARG},
-      {"SetInput(-1)", [&] { return inputs->SetInput(-1, set.get()); }, E_INVALIDARG},
-  };
-  for (const Case& c : cases) EXPECT_EQ(c.run(), c.expected) << c.call;
+  // Add(name, binding); Add(name, null); Add of a set; VerifyInterface of null, of a set, into null;
+  // GetInput and SetInput past the end; SetInput(-1).
+  const HRESULT results[] = {table->Add(MakeString(L"torque").get(), existing.get()),
+                             inputs->Add(MakeString(L"x").get(), nullptr),
+                             inputs->Add(MakeString(L"x").get(), set.get(), nullptr, 0),
+                             table->VerifyInterface(nullptr, verified.Receive()),
+                             inputs->VerifyInterface(set.get(), verified.Receive()),
+                             inputs->VerifyInterface(existing.get(), nullptr),
+                             table->GetInput(3, unknown.Receive()),
+                             inputs->SetInput(3, set.get()),
+                             inputs->SetInput(-1, set.get())};
+  EXPECT_EQ(std::vector<HRESULT>(std::begin(results), std::end(results)),
+            (std::vector<HRESULT>{S_OK, E_POINTER, E_INVALIDARG, E_FAIL, E_FAIL, E_POINTER, E_INVALIDARG, E_INVALIDARG,
+                                  E_INVALIDARG}));
   unknown.Reset();
 
   int32_t count = 0;
@@ -72,11 +68,9 @@ TEST(InputParameters, DeclaresAndAddsInputsFoundByWholeName) {
   EXPECT_EQ(NameOf(InputAt(inputs.get(), 0).get()), L"<unset>") << "the item name is not the binding's Name";
   EXPECT_TRUE(InputAt(inputs.get(), 2) == existing.get());
 
-  struct Lookup {
-    const wchar_t* key;
-    int32_t index;
-  } lookups[] = {{L"speed", 0}, {L"SPEED", 0}, {L"Torque", 2}, {L"spe", 65535}, {L"speedy", 65535}};
-  for (const Lookup& l : lookups) EXPECT_EQ(IndexOfName(inputs.get(), l.key), l.index) << testing::PrintToString(l.key);
+  std::vector<int32_t> indices;
+  for (const wchar_t* key : {L"speed", L"SPEED", L"Torque", L"spe", L"speedy"}) indices.push_back(IndexOfName(inputs.get(), key));
+  EXPECT_EQ(indices, (std::vector<int32_t>{0, 0, 2, 65535, 65535})) << "whole names, any case";
 
   ASSERT_EQ(inputs->VerifyInterface(existing.get(), verified.Receive()), S_OK);
   EXPECT_TRUE(verified == existing.get());
@@ -128,8 +122,7 @@ TEST(InputParameters, SetInputAssignsSourcesOrCopiesBindings) {
   int32_t flags = 0;
   alias->get_IID(&iid);
   alias->get_AssignmentFlags(&flags);
-  EXPECT_TRUE(iid == IID_IVariant);
-  EXPECT_EQ(flags, 9) << "flags are not copied";
+  EXPECT_TRUE(iid == IID_IVariant && flags == 9) << "the IID is copied, the flags are not";
   other->put_Name(MakeString(L"a").get());
   EXPECT_EQ(NameOf(alias.get()), L"speed") << "the alias does not follow later changes";
 }

@@ -27,19 +27,16 @@ inline SmartPtr<IDblVector> MakeNumbers(const std::vector<double>& numbers) {
   return vector;
 }
 
-// A collection of named objects ("SuperCollection").
-inline SmartPtr<ISuperCollection> MakeCollection(const std::vector<std::pair<std::wstring, IUnknown*>>& items) {
-  SmartPtr<ISuperCollection> collection = CreateObjectAs<ISuperCollection>(L"SuperCollection");
+// A collection of the named items in order (a set adds a null value as empty text).
+using Items = std::vector<std::pair<std::wstring, IUnknown*>>;
+template <class Collection>
+SmartPtr<Collection> Filled(const wchar_t* className, const Items& items) {
+  SmartPtr<Collection> collection = CreateObjectAs<Collection>(className);
   for (const auto& [name, object] : items) collection->Add(MakeString(name).get(), object, nullptr, 0);
   return collection;
 }
-
-// A parameter set of named values (a null value is added as empty text).
-inline SmartPtr<IParametersCreatable> MakeSet(const std::vector<std::pair<std::wstring, IUnknown*>>& items) {
-  SmartPtr<IParametersCreatable> set = NewSet();
-  for (const auto& [name, value] : items) set->Add(MakeString(name).get(), value, nullptr, 0);
-  return set;
-}
+inline auto MakeCollection(const Items& items) { return Filled<ISuperCollection>(L"SuperCollection", items); }
+inline auto MakeSet(const Items& items) { return Filled<IParametersCreatable>(L"ParametersCreatable", items); }
 
 // "<none>" for null; a variant as DescribeValue gives it; else "c" and the class name, or "?".
 inline std::wstring Describe(IUnknown* object) {
@@ -85,44 +82,33 @@ class CDouble : public CObjectImpl<CDouble, ICollectionMoniker, IHostWindow, IUI
  public:
   enum Role { kMoniker = 1, kHost = 2, kNode = 4 };
   static constexpr wchar_t kObjectName[] = L"Double";
-  static IUnknown* AsMoniker(CDouble* self);
-  static IUnknown* AsHost(CDouble* self);
-  static IUnknown* AsNode(CDouble* self);
+  template <int role, class I>
+  static IUnknown* As(CDouble* self) { return (self->roles & role) ? static_cast<I*>(self) : nullptr; }
   static constexpr InterfaceEntry<CDouble> kInterfaces[] = {
       {&IID_IObjectInfo, InterfaceOf<CDouble, IObjectInfo>},
-      {&IID_ICollectionMoniker, &AsMoniker},
-      {&IID_IHostWindow, &AsHost},
-      {&IID_IUINode, &AsNode},
+      {&IID_ICollectionMoniker, &As<kMoniker, ICollectionMoniker>},
+      {&IID_IHostWindow, &As<kHost, IHostWindow>},
+      {&IID_IUINode, &As<kNode, IUINode>},
   };
 
   HRESULT QueryInterface(const IID& iid, void** out) override { return CObjectImpl::QueryInterface(iid, out); }
   uint32_t AddRef() override { return CObjectImpl::AddRef(); }
   uint32_t Release() override { return CObjectImpl::Release(); }
-
   HRESULT Reserved1() override { return E_NOTIMPL; }
   HRESULT Reserved2() override { return E_NOTIMPL; }
   HRESULT Reserved3() override { return E_NOTIMPL; }
   HRESULT Reserved4() override { return E_NOTIMPL; }
-  // The moniker finds `inner` when it answers the identity.
+  // The moniker finds `inner` when it answers the identity; the host hosts it, the node holds it.
   HRESULT FindObject(IID* iid, void** object) override {
     *object = nullptr;
-    if (!inner) return E_NOINTERFACE;
-    return inner->QueryInterface(*iid, object) >= 0 ? S_OK : E_NOINTERFACE;
+    return inner && inner->QueryInterface(*iid, object) >= 0 ? S_OK : E_NOINTERFACE;
   }
   HRESULT GetHostedObject(IUnknown** object) override { return inner ? inner.CopyTo(object) : E_FAIL; }
   HRESULT GetObject(IUnknown** object) override { return inner ? inner.CopyTo(object) : E_FAIL; }
 
   int roles = 0;
-  SmartPtr<IUnknown> inner;  // what the moniker finds, the host hosts or the node holds
+  SmartPtr<IUnknown> inner;
 };
-
-inline IUnknown* CDouble::AsMoniker(CDouble* self) {
-  return (self->roles & kMoniker) ? static_cast<ICollectionMoniker*>(self) : nullptr;
-}
-inline IUnknown* CDouble::AsHost(CDouble* self) {
-  return (self->roles & kHost) ? static_cast<IHostWindow*>(self) : nullptr;
-}
-inline IUnknown* CDouble::AsNode(CDouble* self) { return (self->roles & kNode) ? static_cast<IUINode*>(self) : nullptr; }
 
 inline SmartPtr<IUnknown> MakeStandIn(int roles, IUnknown* inner) {
   SmartPtr<CDouble> object = NewObject<CDouble>();
