@@ -34,19 +34,25 @@ std::vector<Stored> Samples() {
           {L"12", MakeText(L"12")},           {L"", MakeText(L"")},            {L"no value", SmartPtr<IVariant>()}};
 }
 
-// An "Expression" written as an object element comes back as an "Expression" by its class name.
-TEST(ExpressionPersistence, XMLRoundTrip) {
+// An "Expression" written as an object element or folder entry comes back by its class name.
+TEST(ExpressionPersistence, RoundTripsThroughXMLAndFolderStreams) {
   for (const Stored& sample : Samples()) {
     SCOPED_TRACE(testing::PrintToString(sample.text));
     SmartPtr<IExpression> original = ExpressionWith(sample.text, sample.value);
     SmartPtr<IXMLStream> xml = CreateObjectAs<IXMLStream>(L"XMLStream");
-    ASSERT_TRUE(xml);
     ASSERT_EQ(xml->BeginObject(original.get(), 0, 0), S_OK);
     ASSERT_EQ(QueryAs<IDataPersist>(original.get())->Save(QueryAs<IDataStream>(xml.get()).get(), 0), S_OK);
     ASSERT_EQ(xml->EndElement(), S_OK);
     SmartPtr<IUnknown> object;
     ASSERT_EQ(xml->ReadObject(Ref(L"Expression"), object.Receive()), S_OK);
     ExpectSame(QueryAs<IExpression>(object.get()).get(), sample.text, sample.value.get());
+
+    SmartPtr<IFolderStream> folder = CreateObjectAs<IFolderStream>(L"FolderStream");
+    ASSERT_EQ(folder->WriteObject(Ref(L"formula"), original.get(), 0), S_OK);
+    IID iid = IID_IExpression;
+    SmartPtr<IExpression> loaded;
+    ASSERT_EQ(folder->ReadObject(Ref(L"formula"), 0, &iid, loaded.ReceiveVoid()), S_OK);
+    ExpectSame(loaded.get(), sample.text, sample.value.get());
   }
 }
 
@@ -59,20 +65,6 @@ TEST(ExpressionPersistence, XMLLayout) {
   const std::string bytes = BytesOf(stream.get());
   const std::wstring text(reinterpret_cast<const wchar_t*>(bytes.data()), wcsnlen(reinterpret_cast<const wchar_t*>(bytes.data()), bytes.size() / sizeof(wchar_t)));
   EXPECT_EQ(text, L"<Formula>Max(a, b) * 2</Formula><Value>0.1</Value>");
-}
-
-TEST(ExpressionPersistence, FolderStreamRoundTrip) {
-  for (const Stored& sample : Samples()) {
-    SCOPED_TRACE(testing::PrintToString(sample.text));
-    SmartPtr<IExpression> original = ExpressionWith(sample.text, sample.value);
-    SmartPtr<IFolderStream> folder = CreateObjectAs<IFolderStream>(L"FolderStream");
-    ASSERT_TRUE(folder);
-    ASSERT_EQ(folder->WriteObject(Ref(L"formula"), original.get(), 0), S_OK);
-    IID iid = IID_IExpression;
-    SmartPtr<IExpression> loaded;
-    ASSERT_EQ(folder->ReadObject(Ref(L"formula"), 0, &iid, loaded.ReceiveVoid()), S_OK);
-    ExpectSame(loaded.get(), sample.text, sample.value.get());
-  }
 }
 
 // Loading replaces text and value, also by their absence; saving over an older save leaves nothing stale.

@@ -1,7 +1,7 @@
 // Range functions over a spreadsheet: a test double that is a parameter set
 // (forwarding to a real one, so names resolve through the public interface)
 // and a spreadsheet serving fixed ranges and one range whose cell is a formula
-// over the same range.
+// over the same range; bound values read through the same double.
 #include "expression_test_support.h"
 
 namespace {
@@ -82,37 +82,6 @@ class SpreadSheetSet : public IParameters, public IUISpreadSheet {
   uint32_t m_References = 1;
 };
 
-// An input binding that yields the number 42.
-class FortyTwoBinding : public IInputParameter {
- public:
-  HRESULT QueryInterface(const IID& iid, void** out) override {
-    *out = (iid == IID_IUnknown || iid == IID_IInputParameter) ? this : nullptr;
-    if (!*out) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  uint32_t AddRef() override { return ++m_References; }
-  uint32_t Release() override { return --m_References; }
-  HRESULT get_Object(IUnknown** object) override {
-    *object = MakeLong(42).Detach();
-    return S_OK;
-  }
-  HRESULT get_IID(IID*) override { return E_NOTIMPL; }
-  HRESULT put_IID(IID) override { return E_NOTIMPL; }
-  HRESULT SetSource(IUnknown*, int32_t) override { return E_NOTIMPL; }
-  HRESULT get_Name(IString**) override { return E_NOTIMPL; }
-  HRESULT put_Name(IString*) override { return E_NOTIMPL; }
-  HRESULT get_Source(IUnknown**) override { return E_NOTIMPL; }
-  HRESULT put_Source(IUnknown*) override { return E_NOTIMPL; }
-  HRESULT get_SourceIndex(int32_t*) override { return E_NOTIMPL; }
-  HRESULT put_SourceIndex(int32_t) override { return E_NOTIMPL; }
-  HRESULT get_AssignmentFlags(int32_t*) override { return E_NOTIMPL; }
-  HRESULT put_AssignmentFlags(int32_t) override { return E_NOTIMPL; }
-
- private:
-  uint32_t m_References = 1;
-};
-
 TEST(RangeFunctions, ValuesOfASpreadSheetRange) {
   SmartPtr<IParametersCreatable> inner = SetOf({{L"a", MakeDouble(4)}});
   SpreadSheetSet sheet(inner.get());
@@ -135,12 +104,15 @@ TEST(RangeFunctions, NestedRangesStopAtTheThirdLevel) {
   EXPECT_EQ(Evaluate(L"Sum(R..R) * 10", &sheet), 30);
 }
 
-// A value bound through an input-parameter descriptor is the parameter's value,
-// whether the set is read through the module's own lookup or through get_Index.
+// A value bound through an input binding is the bound parameter's value, also
+// when the set is read through get_Index instead of the module's own lookup.
 TEST(RangeFunctions, InputBindingsGiveTheValue) {
-  FortyTwoBinding binding;
+  SmartPtr<IInputParameter> binding = CreateObjectAs<IInputParameter>(L"InputParameter");
+  SmartPtr<IParametersCreatable> source = SetOf({{L"v", MakeLong(42)}});
+  binding->put_Source(source.get());
+  binding->put_Name(MakeString(L"v").get());
   SmartPtr<IParametersCreatable> inner = NewParameters();
-  inner->Add(MakeString(L"bound").get(), MakeDouble(1).get(), &binding, 0);
+  inner->Add(MakeString(L"bound").get(), MakeDouble(1).get(), binding.get(), 0);
   SpreadSheetSet foreign(inner.get());
   EXPECT_EQ(Evaluate(L"bound + 1", inner.get()), 43);
   EXPECT_EQ(Evaluate(L"bound + 1", &foreign), 43);
