@@ -125,13 +125,7 @@ TEST(InputParameter, SetSourceChoosesTheItem) {
       EXPECT_TRUE(SourceOf(binding.get()) == source.get()) << c.what;
     }
   }
-  struct Odd {
-    const char* what;
-    IID iid;
-    SmartPtr<IUnknown> source;
-    HRESULT result;
-    std::wstring name;
-  } odd[] = {
+  struct Odd { const char* what; IID iid; SmartPtr<IUnknown> source; HRESULT result; std::wstring name; } odd[] = {
       {"untyped: no set", IID_NULL, AsUnknown(numbers), S_OK, L"old"},
       {"null source", IID_IDblVector, SmartPtr<IUnknown>(), E_FAIL, L"old"},
       {"answers none of the interfaces", IID_IDblVector, MakeStandIn(0, nullptr), E_FAIL, L"old"},
@@ -185,19 +179,14 @@ TEST(InputParameter, FetchesFromAParameterSet) {
                                                 {L"list", list.get()}, {L"node", node.get()},
                                                 {L"host", host.get()}, {L"other", NewSet().get()}});
   ExpectFetches(set.get(), {
-      {"a", 0, IID_NULL, 0, L"i1"},
-      {"B", 0, IID_NULL, 1, L"r2.5"},
-      {"c", 0, IID_NULL, 2, L"t'x'"},
-      {"vec", 0, IID_NULL, 3, L"cDblBuffer"},
+      {"a", 0, IID_NULL, 0, L"i1"},           {"B", 0, IID_NULL, 1, L"r2.5"},
+      {"c", 0, IID_NULL, 2, L"t'x'"},         {"vec", 0, IID_NULL, 3, L"cDblBuffer"},
       {"list", 0, IID_NULL, 4, L"cSuperCollection"},
-      {"vec", 2, IID_NULL, 0, L"r20"},
-      {"vec", 5, IID_NULL, 0, L"r50"},
+      {"vec", 2, IID_NULL, 0, L"r20"},        {"vec", 5, IID_NULL, 0, L"r50"},
       {"vec", -1, IID_NULL, E_INVALIDARG, L"<none>"},  // count - (-1) = 6: past the end (intended)
       {"vec", INT32_MIN, IID_NULL, E_INVALIDARG, L"<none>"},
-      {"list", 1, IID_NULL, 0, L"i7"},
-      {"list", -1, IID_NULL, 0, L"i9"},
-      {"list", -4, IID_NULL, E_INVALIDARG, L"<none>"},
-      {"list", INT32_MAX, IID_NULL, E_INVALIDARG, L"<none>"},
+      {"list", 1, IID_NULL, 0, L"i7"},        {"list", -1, IID_NULL, 0, L"i9"},
+      {"list", -4, IID_NULL, E_INVALIDARG, L"<none>"},  {"list", INT32_MAX, IID_NULL, E_INVALIDARG, L"<none>"},
       {"other", 0, IID_IParameters, 0, L"cParametersCreatable"},
       {"list", 0, IID_IExpression, 0, L"cSuperCollection"},  // nothing answers: unconverted
       {"node", 0, IID_IDblVector, 0, L"cDblBuffer"},          // the node's object
@@ -205,8 +194,7 @@ TEST(InputParameter, FetchesFromAParameterSet) {
       {"node", 2, IID_IExpression, 0, L"r7"},                 // the node's object as a vector, element 2
       {"host", 0, IID_IDblVector, 0, L"cDblBuffer"},          // the host window's object
       {"missing", 0, IID_NULL, 0, L"cParametersCreatable"},   // not in the set: the source itself
-      {"missing", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"},
-      {nullptr, 0, IID_NULL, E_ITEMNOTFOUND, L"<none>"},
+      {"missing", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"},  {nullptr, 0, IID_NULL, E_ITEMNOTFOUND, L"<none>"},
   });
 }
 
@@ -219,11 +207,9 @@ TEST(InputParameter, FetchesFromACollectionOrThePlainSource) {
   ExpectFetches(collection.get(), {
       {"yield", 0, IID_NULL, 0, L"cDblBuffer"},
       {"YI", 0, IID_NULL, 0, L"cDblBuffer"},  // the collection finds names by prefix
-      {"list", -1, IID_NULL, 0, L"i8"},
-      {"list", -3, IID_NULL, E_INVALIDARG, L"<none>"},
+      {"list", -1, IID_NULL, 0, L"i8"},       {"list", -3, IID_NULL, E_INVALIDARG, L"<none>"},
       {"x", 0, IID_IDblVector, 0, L"cParametersCreatable"},  // unconverted
-      {"zz", 0, IID_NULL, 0, L"cSuperCollection"},
-      {"zz", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"},
+      {"zz", 0, IID_NULL, 0, L"cSuperCollection"},  {"zz", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"},
       {nullptr, 0, IID_NULL, E_ITEMNOTFOUND, L"<none>"},
   });
   ExpectFetches(numbers.get(), {
@@ -231,17 +217,14 @@ TEST(InputParameter, FetchesFromACollectionOrThePlainSource) {
       {"a", 2, IID_NULL, 0, L"cDblBuffer"},  // no element of a plain source
       {"a", 0, IID_IParameters, E_ITEMNOTFOUND, L"<none>"},
   });
-  ExpectFetches(MakeStandIn(CDouble::kMoniker, numbers.get()).get(), {
-      {"a", 0, IID_NULL, 0, L"cDblBuffer"},  // what the container yields for IUnknown
-  });
-  // A container that is itself a host window: what the host hosts; a host hosting nothing yields nothing.
+  // What a container yields for IUnknown; a container that is itself a host window gives what the host
+  // hosts; a host hosting nothing and an object answering nothing give nothing.
+  ExpectFetches(MakeStandIn(CDouble::kMoniker, numbers.get()).get(), {{"a", 0, IID_NULL, 0, L"cDblBuffer"}});
   ExpectFetches(MakeStandIn(CDouble::kMoniker, MakeStandIn(CDouble::kHost, numbers.get()).get()).get(),
                 {{"a", 0, IID_IDblVector, 0, L"cDblBuffer"}});
   ExpectFetches(MakeStandIn(CDouble::kHost, nullptr).get(), {{"a", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"}});
-  ExpectFetches(MakeStandIn(0, nullptr).get(), {
-      {"a", 0, IID_NULL, 0, L"cDouble"},
-      {"a", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"},
-  });
+  ExpectFetches(MakeStandIn(0, nullptr).get(),
+                {{"a", 0, IID_NULL, 0, L"cDouble"}, {"a", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"}});
   // Another binding is never taken for a collection, though it answers INamedCollection.
   ExpectFetches(NewBinding().get(), {{"a", 0, IID_NULL, 0, L"cInputParameter"}});
 }
@@ -260,11 +243,8 @@ TEST(InputParameter, ParameterSetsReadTheBoundValue) {
   SmartPtr<IExpression> formula = CreateObjectAs<IExpression>(L"Expression");
   ASSERT_TRUE(formula);
   formula->put_Expression(Ref(L"V * 2 + 1"));
-  struct Step {
-    int32_t newValue;
-    const wchar_t* read;
-    double formulaValue;
-  } steps[] = {{0, L"i10", 21}, {25, L"i25", 51}, {-3, L"i-3", -5}};
+  struct Step { int32_t newValue; const wchar_t* read; double formulaValue; } steps[] = {
+      {0, L"i10", 21}, {25, L"i25", 51}, {-3, L"i-3", -5}};
   for (const Step& step : steps) {
     if (step.newValue) source->put_Item(1, MakeLong(step.newValue).get());
     SmartPtr<IVariant> value;
@@ -305,11 +285,7 @@ TEST(InputParameter, CyclesOfBindingsEndWithAStoredValue) {
   for (int32_t i = 0; i < 20; ++i) chain.push_back(MakeSet({{L"v", MakeLong(i).get()}}));
   for (int32_t i = 0; i + 1 < 20; ++i) bindTo(chain[i].get(), 0, chain[i + 1].get(), L"v");
 
-  struct Case {
-    const char* what;
-    IParameters* set;
-    std::wstring read;
-  } cases[] = {
+  struct Case { const char* what; IParameters* set; std::wstring read; } cases[] = {
       {"bound to itself", self.get(), L"1:i5"},
       // Read from one side only: reading B as well would take the two sets'
       // locks in both orders, which a thread checker rightly reports.

@@ -69,7 +69,8 @@ TEST(InputParameters, DeclaresAndAddsInputsFoundByWholeName) {
   EXPECT_TRUE(InputAt(inputs.get(), 2) == existing.get());
 
   std::vector<int32_t> indices;
-  for (const wchar_t* key : {L"speed", L"SPEED", L"Torque", L"spe", L"speedy"}) indices.push_back(IndexOfName(inputs.get(), key));
+  for (const wchar_t* key : {L"speed", L"SPEED", L"Torque", L"spe", L"speedy"})
+    indices.push_back(IndexOfName(inputs.get(), key));
   EXPECT_EQ(indices, (std::vector<int32_t>{0, 0, 2, 65535, 65535})) << "whole names, any case";
 
   ASSERT_EQ(inputs->VerifyInterface(existing.get(), verified.Receive()), S_OK);
@@ -101,14 +102,8 @@ TEST(InputParameters, SetInputAssignsSourcesOrCopiesBindings) {
     HRESULT result = inputs->GetInput(index, value.Receive());
     return std::to_wstring(result) + L":" + Describe(value.get());
   };
-  struct Step {
-    const char* what;
-    int32_t index;
-    IUnknown* input;
-    std::wstring read;
-  } steps[] = {
-      {"a set as source", 0, first.get(), L"1:i10"},
-      {"another set as source", 0, second.get(), L"0:i20"},
+  struct Step { const char* what; int32_t index; IUnknown* input; std::wstring read; } steps[] = {
+      {"a set as source", 0, first.get(), L"1:i10"}, {"another set as source", 0, second.get(), L"0:i20"},
       {"a binding copied into the alias slot", 1, other.get(), L"1:i10"},
       {"a binding as source of the plain slot", 0, other.get(), L"0:cInputParameter"},
   };

@@ -67,10 +67,7 @@ inline SmartPtr<IUnknown> SourceOf(IInputParameter* binding) {
 }
 
 // The result of get_Object and a description of what it handed out.
-struct Fetched {
-  HRESULT result;
-  std::wstring value;
-};
+struct Fetched { HRESULT result; std::wstring value; };
 inline Fetched Fetch(IInputParameter* binding) {
   SmartPtr<IUnknown> object;
   HRESULT result = binding->get_Object(object.Receive());
