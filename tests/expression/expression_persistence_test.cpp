@@ -23,10 +23,7 @@ void ExpectSame(IExpression* loaded, const std::wstring& text, IVariant* value) 
   EXPECT_EQ(value ? DescribeValue(loadedValue.get()) : L"<null>", DescribeValue(value));
 }
 
-struct Stored {
-  std::wstring text;
-  SmartPtr<IVariant> value;
-};
+struct Stored { std::wstring text; SmartPtr<IVariant> value; };
 
 std::vector<Stored> Samples() {
   return {{L"Max(a, b) * 2", MakeDouble(2.5)}, {L"1/3", MakeDouble(1.0 / 3)}, {L"x", MakeDouble(-1e300)},

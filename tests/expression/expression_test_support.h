@@ -46,11 +46,7 @@ inline double Evaluate(const std::wstring& formula, IParameters* parameters = nu
 }
 
 // A formula and the value it must give; `tolerance` 0 asks for the exact value.
-struct Case {
-  std::wstring formula;
-  double expected;
-  double tolerance = 0;
-};
+struct Case { std::wstring formula; double expected; double tolerance = 0; };
 
 inline void ExpectValue(const Case& c, double actual) {
   SCOPED_TRACE(testing::PrintToString(c.formula));

@@ -78,15 +78,12 @@ TEST(FormulaScanner, NestingIsBounded) {
     return text;
   };
   const Case cases[] = {
-      {repeat(L"(", 99) + L"7" + repeat(L")", 99), 7},
-      {repeat(L"(", 100) + L"7" + repeat(L")", 100), 0},
+      {repeat(L"(", 99) + L"7" + repeat(L")", 99), 7}, {repeat(L"(", 100) + L"7" + repeat(L")", 100), 0},
       {repeat(L"(", 100000) + L"1" + repeat(L")", 100000), 0},
       // 100 signs make the first operand; then each "-" operator is followed by an operand of 100
       // signs, until 11 signs and the 1 are left: 0 - (+1).
-      {repeat(L"-", 100000) + L"1", -1},
-      {repeat(L"Abs(", 40) + L"-3" + repeat(L")", 40), 3},
-      {repeat(L"Max(", 100000) + L"1", 0},
-      {repeat(L"Sin(", 100000) + L"1", 0},
+      {repeat(L"-", 100000) + L"1", -1}, {repeat(L"Abs(", 40) + L"-3" + repeat(L")", 40), 3},
+      {repeat(L"Max(", 100000) + L"1", 0}, {repeat(L"Sin(", 100000) + L"1", 0},
       {repeat(L"1+", 100000) + L"1", 100001},
   };
   ExpectAll(cases);

@@ -13,8 +13,7 @@ TEST(RandomInAFreshProcess, FirstDrawsAreThoseOfSeedZero) {
   std::mt19937 reference(0);
   SmartPtr<IExpression> expression = NewExpression();
   const Case cases[] = {
-      {L"Random", 100 * (reference() / 4294967295.0)},
-      {L"Random(10, 20)", 10 + 10 * (reference() / 4294967295.0)},
+      {L"Random", 100 * (reference() / 4294967295.0)}, {L"Random(10, 20)", 10 + 10 * (reference() / 4294967295.0)},
       {L"Random(0, 4294967295)", static_cast<double>(reference()), 1e-3},
   };
   for (const Case& c : cases) ExpectValue(c, ValueAfter(expression.get(), c.formula, nullptr));
