@@ -53,13 +53,7 @@ class FileArchiveIOTest : public ::testing::Test {
 };
 
 TEST_F(FileArchiveIOTest, TextEncodingsAreDetected) {
-  struct Case {
-    const char* what;
-    std::string bytes;
-    int16_t textMode;
-    HRESULT result;
-    std::wstring text;
-  };
+  struct Case { const char* what; std::string bytes; int16_t textMode; HRESULT result; std::wstring text; };
   const std::string smile = "\xF0\x9F\x98\x80";
   const Case cases[] = {
       // UTF-16: the first unit always goes, the length stays count / 2.
@@ -108,19 +102,14 @@ TEST_F(FileArchiveIOTest, BytesAndLimits) {
 }
 
 TEST_F(FileArchiveIOTest, AFileThatCannotBeOpenedOrIsNoRegularFileIsReportedOnStderr) {
-  struct Case {
-    std::wstring name;
-    std::string message;
-  };
+  struct Case { std::wstring name; std::string message; };
   const std::string missing = (m_Folder / "missing.xml").string();
   // Anything but a regular file is refused before a byte is read; a FIFO without writer does not block.
   const std::string fifo = (m_Folder / "fifo").string();
   ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
   const Case cases[] = {
-      {PathOf("missing.xml"), "file open err:\n" + missing + "\n"},
-      {L"", "file open err:\n\n"},
-      {L"/dev/zero", "file open err:\n/dev/zero\n"},
-      {PathOf("fifo"), "file open err:\n" + fifo + "\n"},
+      {PathOf("missing.xml"), "file open err:\n" + missing + "\n"}, {L"", "file open err:\n\n"},
+      {L"/dev/zero", "file open err:\n/dev/zero\n"}, {PathOf("fifo"), "file open err:\n" + fifo + "\n"},
       {m_Folder.wstring(), "file open err:\n" + m_Folder.string() + "\n"},
   };
   for (const Case& c : cases) {
@@ -167,10 +156,7 @@ TEST_F(FileArchiveIOTest, TextIsSavedAsUtf16WithAMark) {
 }
 
 TEST_F(FileArchiveIOTest, FileNamesAreCutToFitIn256Bytes) {
-  struct Case {
-    std::wstring name;
-    std::string path;
-  };
+  struct Case { std::wstring name; std::string path; };
   const Case cases[] = {
       {std::wstring(300, L'a'), std::string(254, 'a')},
       {std::wstring(200, L'\u00E9'), [] { std::string s; for (int i = 0; i < 127; ++i) s += "\xC3\xA9"; return s; }()},
@@ -178,8 +164,7 @@ TEST_F(FileArchiveIOTest, FileNamesAreCutToFitIn256Bytes) {
       {std::wstring(100, L'\u20AC'), [] { std::string s; for (int i = 0; i < 84; ++i) s += "\xE2\x82\xAC"; return s; }()},
       {std::wstring(100, L'\U0001F600'), [] { std::string s; for (int i = 0; i < 63; ++i) s += "\xF0\x9F\x98\x80"; return s; }()},
       // 0x7FF takes three bytes and 0xFFFF four, as the framework always encoded them.
-      {L"\u07FE\u07FF\uFFFE\uFFFF", "\xDF\xBE" "\xE0\x9F\xBF" "\xEF\xBF\xBE" "\xF0\x8F\xBF\xBF"},
-      {L"", ""},
+      {L"\u07FE\u07FF\uFFFE\uFFFF", "\xDF\xBE" "\xE0\x9F\xBF" "\xEF\xBF\xBE" "\xF0\x8F\xBF\xBF"}, {L"", ""},
   };
   for (const Case& c : cases) {
     char path[kFileArchivePathSize];

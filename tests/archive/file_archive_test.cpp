@@ -36,11 +36,7 @@ TEST(FileArchiveTest, ControlAndInquireCodes) {
   SmartPtr<IParametersCreatable> set = NewParameters();
   SmartPtr<IFileArchive> archive = QueryAs<IFileArchive>(set.get());
   ASSERT_TRUE(archive) << "a new set answers IFileArchive";
-  struct Case {
-    int32_t code, value;
-    HRESULT control, inquire;
-    int32_t seen;
-  };
+  struct Case { int32_t code, value; HRESULT control, inquire; int32_t seen; };
   const Case cases[] = {
       {0, 7, S_OK, S_ARCHIVE_STATE, 7}, {1, 1, S_OK, S_ARCHIVE_STATE, 1}, {2, 3, S_OK, S_OK, 3},
       {3, 5, S_OK, S_OK, 5},           {4, 0, S_OK, S_ARCHIVE_SETTING, 0}, {4, -1, S_OK, E_INVALIDARG, -99},
@@ -131,10 +127,7 @@ TEST(FileArchiveTest, FormChosenByExtension) {
     EXPECT_EQ(ArchiveOf(set.get(), path)->Save(), c.result) << c.file;
     EXPECT_EQ(FileBytes(path).substr(0, c.start.size()), c.start) << c.file;
   }
-  struct LoadCase {
-    const char* file;
-    HRESULT result;
-  };
+  struct LoadCase { const char* file; HRESULT result; };
   WriteFile(folder + "/p.XML", "\xFF\xFE" + Utf16("<p><speed>4</speed></p>"));
   WriteFile(folder + "/p.x", "<p><speed>4</speed></p>");
   WriteFile(folder + "/p.txt", FileBytes(folder + "/a.txt"));

@@ -46,16 +46,11 @@ TEST(FileNamesTest, MapsInstallFolderAndMappings) {
   struct Case { const wchar_t* name; int16_t strip; HRESULT code; const wchar_t* expected; };
   const Case cases[] = {
       {L"/opt/app/data/x.xml", 0, S_OK, L"[InstallPath]/data/x.xml"},
-      {L"/opt/app/data/x.xml", 1, S_OK, L"data/x.xml"},
-      {L"/opt/app", 1, S_OK, L"[InstallPath]"},
-      {L"/opt/app/", 1, S_OK, L"[InstallPath]"},
-      {L"/opt/application/x", 0, S_OK, L"[InstallPath]lication/x"},
+      {L"/opt/app/data/x.xml", 1, S_OK, L"data/x.xml"}, {L"/opt/app", 1, S_OK, L"[InstallPath]"},
+      {L"/opt/app/", 1, S_OK, L"[InstallPath]"}, {L"/opt/application/x", 0, S_OK, L"[InstallPath]lication/x"},
       {L"//opt/app/y", 0, S_OK, L"[InstallPath]/y"},
-      {L"/OPT/App/z", 0, S_OK, L"[InstallPath]/z"},
-      {L"/data/files/a.csv", 0, S_OK, L"[Data]/a.csv"},
-      {L"/mnt/shared/q", 0, S_OK, L"[Shared]/q"},
-      {L"/mnt/share", 0, E_FAIL, L"<null>"},
-      {L"", 0, E_FAIL, L"<null>"},
+      {L"/OPT/App/z", 0, S_OK, L"[InstallPath]/z"}, {L"/data/files/a.csv", 0, S_OK, L"[Data]/a.csv"},
+      {L"/mnt/shared/q", 0, S_OK, L"[Shared]/q"}, {L"/mnt/share", 0, E_FAIL, L"<null>"}, {L"", 0, E_FAIL, L"<null>"},
   };
   for (const Case& c : cases) {
     const Result r = Produced([&](IString** out) { return FILENAMEMap(MakeString(c.name).get(), out, c.strip); });
@@ -68,11 +63,8 @@ TEST(FileNamesTest, UnmapsTags) {
   SettingsFile settings(kSettings);
   struct Case { const wchar_t* name; HRESULT code; const wchar_t* expected; };
   const Case cases[] = {
-      {L"[InstallPath]\\data\\x.xml", S_OK, L"/opt/app/data/x.xml"},
-      {L"[data]/a.csv", S_OK, L"/data/files/a.csv"},
-      {L"[Nope]/x", E_FAIL, L"<null>"},
-      {L"[Data", E_FAIL, L"<null>"},
-      {L"", E_FAIL, L"<null>"},
+      {L"[InstallPath]\\data\\x.xml", S_OK, L"/opt/app/data/x.xml"}, {L"[data]/a.csv", S_OK, L"/data/files/a.csv"},
+      {L"[Nope]/x", E_FAIL, L"<null>"}, {L"[Data", E_FAIL, L"<null>"}, {L"", E_FAIL, L"<null>"},
   };
   for (const Case& c : cases) {
     const Result r = Produced([&](IString** out) { return FILENAMEUnmap(MakeString(c.name).get(), out); });
@@ -91,13 +83,10 @@ TEST(FileNamesTest, RelativeAndAbsoluteNamesAreInverse) {
     const wchar_t* back = nullptr;  // the absolute name again, when it differs from `name`
   };
   const Case cases[] = {
-      {L"/a/b/c/d", L"/a/b/x/y.xml", S_OK, L"..\\..\\x/y.xml"},
-      {L"/a/b", L"/a/b/d/e.xml", S_OK, L"d/e.xml"},
+      {L"/a/b/c/d", L"/a/b/x/y.xml", S_OK, L"..\\..\\x/y.xml"}, {L"/a/b", L"/a/b/d/e.xml", S_OK, L"d/e.xml"},
       {L"/A/B/c", L"/a/b/d/e", S_OK, L"..\\d/e", L"/A/B/d/e"},
       {L"/a/b/", L"/a/b/d/e.xml", S_OK, L"..\\d/e.xml"},  // a trailing separator is one more level
-      {L"/a", L"/a/x", S_FALSE, L"/a/x"},
-      {L"/x/y", L"/a/b/c", S_FALSE, L"/a/b/c"},
-      {L"", L"/a/b/c", S_OK, L"/a/b/c"},
+      {L"/a", L"/a/x", S_FALSE, L"/a/x"}, {L"/x/y", L"/a/b/c", S_FALSE, L"/a/b/c"}, {L"", L"/a/b/c", S_OK, L"/a/b/c"},
   };
   for (const Case& c : cases) {
     const Result relative = Produced([&](IString** out) {
