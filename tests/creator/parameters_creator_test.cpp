@@ -46,24 +46,13 @@ class ParametersCreatorTest : public ::testing::Test {
 };
 
 TEST_F(ParametersCreatorTest, CreateParsesLines) {
-  struct Case {
-    std::wstring text, separators;
-    Items expected;
-    HRESULT result = S_OK;
-  } cases[] = {
-      {L"alpha = 1", L"=", {L"alpha =t'1'"}},
-      {L"alpha = 1\nmore text", L"=", {L"alpha =t'1\r\nmore text'"}},
-      {L"a=1\n\n  \nnext\nlast", L"=", {L"a=t'1\r\nnext\r\nlast'"}},
-      {L"orphan\n\nx=1", L"=", {L"x=t'1'"}},
-      {L"a:b=c", L"=:", {L"a:b=t'c'"}},
-      {L"a:b=c", L":=", {L"a=t'b=c'"}},
-      {L"a=b\u2192c", L"\u2192=", {L"a=b=t'c'"}},
+  struct Case { std::wstring text, separators; Items expected; HRESULT result = S_OK; } cases[] = {
+      {L"alpha = 1", L"=", {L"alpha =t'1'"}}, {L"alpha = 1\nmore text", L"=", {L"alpha =t'1\r\nmore text'"}},
+      {L"a=1\n\n  \nnext\nlast", L"=", {L"a=t'1\r\nnext\r\nlast'"}}, {L"orphan\n\nx=1", L"=", {L"x=t'1'"}},
+      {L"a:b=c", L"=:", {L"a:b=t'c'"}}, {L"a:b=c", L":=", {L"a=t'b=c'"}}, {L"a=b\u2192c", L"\u2192=", {L"a=b=t'c'"}},
       {L"\u00EF\u00FE \tkey=\u00FE  value\x7F \r", L"=", {L"key=t'value'"}},
-      {L"a=1\r\nb=2\r\n", L"=", {L"a=t'1'", L"b=t'2'"}},
-      {L"a=1\na=2", L"=", {L"a=t'1'", L"a=t'2'"}},
-      {L"=v\nempty=", L"=", {L"=t'v'", L"empty=t''"}},
-      {L"", L"=", {}},
-      {L"a=1", L"", {}, E_FAIL},
+      {L"a=1\r\nb=2\r\n", L"=", {L"a=t'1'", L"b=t'2'"}}, {L"a=1\na=2", L"=", {L"a=t'1'", L"a=t'2'"}},
+      {L"=v\nempty=", L"=", {L"=t'v'", L"empty=t''"}}, {L"", L"=", {}}, {L"a=1", L"", {}, E_FAIL},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.text) + " / " + testing::PrintToString(c.separators));
@@ -94,14 +83,10 @@ TEST_F(ParametersCreatorTest, CreateWithManySeparators) {
 }
 
 TEST_F(ParametersCreatorTest, SubSetClampsTheRange) {
-  struct Case {
-    int32_t first, count;
-    Items expected;
-  } cases[] = {
+  struct Case { int32_t first, count; Items expected; } cases[] = {
       {-2, 10, {L"d", L"e"}},   {0, 2, {L"a", L"b"}},  {3, 10, {L"d", L"e"}},
       {7, 3, {L"e"}},           {-9, 2, {L"a", L"b"}}, {1, 0, {}},
-      {1, -3, {}},              {INT_MIN, INT_MAX, {L"a", L"b", L"c", L"d", L"e"}},
-      {INT_MAX, INT_MAX, {L"e"}},
+      {1, -3, {}},              {INT_MIN, INT_MAX, {L"a", L"b", L"c", L"d", L"e"}}, {INT_MAX, INT_MAX, {L"e"}},
   };
   SmartPtr<IParametersCreatable> source = Numbered({L"a", L"b", L"c", L"d", L"e"});
   for (const Case& c : cases) {
@@ -172,19 +157,10 @@ TEST_F(ParametersCreatorTest, Translate) {
 }
 
 TEST_F(ParametersCreatorTest, CopyTakesTheItemsWhoseNamesMatch) {
-  struct Case {
-    std::wstring pattern;
-    int32_t flags;
-    HRESULT result;
-    Items expected;
-  } cases[] = {
-      {L"al*", 0, S_OK, {L"alpha", L"Alpine"}},
-      {L"?eta", 0, S_OK, {L"beta"}},
-      {L"", 0, S_OK, {L"alpha", L"beta", L"Alpine", L"gamma"}},
-      {L"*m*a", 0, S_OK, {L"gamma"}},
-      {L"al*", kCopyNonMatching, S_OK, {L"beta", L"gamma"}},
-      {L"delta", 0, S_FALSE, {}},
-      {L"alph", 0, S_FALSE, {}},
+  struct Case { std::wstring pattern; int32_t flags; HRESULT result; Items expected; } cases[] = {
+      {L"al*", 0, S_OK, {L"alpha", L"Alpine"}}, {L"?eta", 0, S_OK, {L"beta"}},
+      {L"", 0, S_OK, {L"alpha", L"beta", L"Alpine", L"gamma"}}, {L"*m*a", 0, S_OK, {L"gamma"}},
+      {L"al*", kCopyNonMatching, S_OK, {L"beta", L"gamma"}}, {L"delta", 0, S_FALSE, {}}, {L"alph", 0, S_FALSE, {}},
   };
   SmartPtr<IParametersCreatable> source = Numbered({L"alpha", L"beta", L"Alpine", L"gamma"});
   for (const Case& c : cases) {
@@ -199,12 +175,7 @@ TEST_F(ParametersCreatorTest, CopyTakesTheItemsWhoseNamesMatch) {
 }
 
 TEST_F(ParametersCreatorTest, UpdateOverwritesByName) {
-  struct Case {
-    int16_t mode;
-    Items sourceNames;
-    HRESULT result;
-    Items expected;
-  } cases[] = {
+  struct Case { int16_t mode; Items sourceNames; HRESULT result; Items expected; } cases[] = {
       {0, {L"x", L"B", L"c"}, S_OK, {L"a=i10", L"b=i2", L"keep=i30"}},
       {kUpdateAddMissing, {L"x", L"B", L"c"}, S_OK, {L"a=i10", L"b=i2", L"keep=i30", L"x=i1", L"c=i3"}},
       {0, {L"x", L"y"}, S_FALSE, {L"a=i10", L"b=i20", L"keep=i30"}},
