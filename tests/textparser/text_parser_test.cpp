@@ -77,19 +77,13 @@ class TextParserTest : public ::testing::Test {
 
 TEST_F(TextParserTest, DefaultTags) {
   const Case cases[] = {
-      {L"Speed __Speed__ m/s", 0, L"Speed 12.5 m/s\r\n", S_OK},
-      {L"a __x__ b __y__", 0, L"a 1 b __y__\r\n", S_OK},
-      {L"a __x__ b __y__", 1, L"a 1 b\r\n", S_OK},
-      {L"no tags", 0, L"no tags\r\n", S_FALSE},
-      {L"abc   \t", 0, L"abc\r\n", S_FALSE},
-      {L"", 0, L"", S_FALSE},
+      {L"Speed __Speed__ m/s", 0, L"Speed 12.5 m/s\r\n", S_OK}, {L"a __x__ b __y__", 0, L"a 1 b __y__\r\n", S_OK},
+      {L"a __x__ b __y__", 1, L"a 1 b\r\n", S_OK}, {L"no tags", 0, L"no tags\r\n", S_FALSE},
+      {L"abc   \t", 0, L"abc\r\n", S_FALSE}, {L"", 0, L"", S_FALSE},
       {L"__half__ __n__ __third__", 0, L"2.5 3 0.333333333\r\n", S_OK},
-      {L"__X__|__ x__|__x __", 0, L"1|__ x__|__x __\r\n", S_OK},
-      {L"a __x\n__ b", 0, L"a __x\r\n__ b\r\n", S_FALSE},
-      {L"__x__ and __x", 0, L"1 and __x\r\n", S_OK},
-      {L"__x____x__", 0, L"11\r\n", S_OK},
-      {L"[____]", 1, L"[]\r\n", S_FALSE},
-      {L"__again__", 0, L"__x__\r\n", S_OK},
+      {L"__X__|__ x__|__x __", 0, L"1|__ x__|__x __\r\n", S_OK}, {L"a __x\n__ b", 0, L"a __x\r\n__ b\r\n", S_FALSE},
+      {L"__x__ and __x", 0, L"1 and __x\r\n", S_OK}, {L"__x____x__", 0, L"11\r\n", S_OK},
+      {L"[____]", 1, L"[]\r\n", S_FALSE}, {L"__again__", 0, L"__x__\r\n", S_OK},
       {L"[__pad__]__pad__", 0, L"[pad  ]pad\r\n", S_OK},
       {L"a\r\nb\rc\n\nd __x__  ", 0, L"a\r\nb\r\nc\r\n\r\nd 1\r\n", S_OK},
   };
