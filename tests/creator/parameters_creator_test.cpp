@@ -3,31 +3,12 @@
 
 #include <climits>
 
-#include "../parameters/collection_test_support.h"
+#include "../parameters/persistence_test_support.h"
 
 namespace {
 
-using namespace collection_test;
+using namespace persistence_test;
 using Items = std::vector<std::wstring>;
-
-SmartPtr<IParametersCreator> NewCreator() { return CreateObjectAs<IParametersCreator>(L"ParametersCreator"); }
-
-// Each parameter as "name=value" (value in DescribeValue's short form), "<null>" for no name.
-Items ItemsOf(IParameters* set) {
-  Items items = NamesOf(set);
-  for (int32_t i = 0; i < static_cast<int32_t>(items.size()); ++i) {
-    SmartPtr<IVariant> value;
-    set->get_ItemVariant(i, value.Receive());
-    items[static_cast<size_t>(i)] += L"=" + DescribeValue(value.get());
-  }
-  return items;
-}
-
-int32_t FlagsAt(IParameters* set, int32_t index) {
-  int32_t flags = -1;
-  set->get_ItemFlags(index, &flags);
-  return flags;
-}
 
 // A set holding `names`, item i holding the long i + 1, flags 0x40000 | i and a descriptor.
 SmartPtr<IParametersCreatable> Numbered(const Items& names, IUnknown* descriptor = nullptr) {
@@ -38,28 +19,29 @@ SmartPtr<IParametersCreatable> Numbered(const Items& names, IUnknown* descriptor
   return set;
 }
 
+// Items are described as "name=value/flags", with "+d" for a descriptor (see Describe).
 class ParametersCreatorTest : public ::testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(creator && target); }
-  SmartPtr<IParametersCreator> creator = NewCreator();
+  SmartPtr<IParametersCreator> creator = CreateObjectAs<IParametersCreator>(L"ParametersCreator");
   SmartPtr<IParametersCreatable> target = NewParameters();
 };
 
+// Each line adds a text item with flags 0; continuation lines join the last value.
 TEST_F(ParametersCreatorTest, CreateParsesLines) {
   struct Case { std::wstring text, separators; Items expected; HRESULT result = S_OK; } cases[] = {
-      {L"alpha = 1", L"=", {L"alpha =t'1'"}}, {L"alpha = 1\nmore text", L"=", {L"alpha =t'1\r\nmore text'"}},
-      {L"a=1\n\n  \nnext\nlast", L"=", {L"a=t'1\r\nnext\r\nlast'"}}, {L"orphan\n\nx=1", L"=", {L"x=t'1'"}},
-      {L"a:b=c", L"=:", {L"a:b=t'c'"}}, {L"a:b=c", L":=", {L"a=t'b=c'"}}, {L"a=b\u2192c", L"\u2192=", {L"a=b=t'c'"}},
-      {L"\u00EF\u00FE \tkey=\u00FE  value\x7F \r", L"=", {L"key=t'value'"}},
-      {L"a=1\r\nb=2\r\n", L"=", {L"a=t'1'", L"b=t'2'"}}, {L"a=1\na=2", L"=", {L"a=t'1'", L"a=t'2'"}},
-      {L"=v\nempty=", L"=", {L"=t'v'", L"empty=t''"}}, {L"", L"=", {}}, {L"a=1", L"", {}, E_FAIL},
+      {L"alpha = 1", L"=", {L"alpha =t'1'/0"}}, {L"alpha = 1\nmore text", L"=", {L"alpha =t'1\r\nmore text'/0"}},
+      {L"a=1\n\n  \nnext\nlast", L"=", {L"a=t'1\r\nnext\r\nlast'/0"}}, {L"orphan\n\nx=1", L"=", {L"x=t'1'/0"}},
+      {L"a:b=c", L"=:", {L"a:b=t'c'/0"}}, {L"a:b=c", L":=", {L"a=t'b=c'/0"}},
+      {L"a=b\u2192c", L"\u2192=", {L"a=b=t'c'/0"}}, {L"\u00EF\u00FE \tkey=\u00FE  value\x7F \r", L"=", {L"key=t'value'/0"}},
+      {L"a=1\r\nb=2\r\n", L"=", {L"a=t'1'/0", L"b=t'2'/0"}}, {L"a=1\na=2", L"=", {L"a=t'1'/0", L"a=t'2'/0"}},
+      {L"=v\nempty=", L"=", {L"=t'v'/0", L"empty=t''/0"}}, {L"", L"=", {}}, {L"a=1", L"", {}, E_FAIL},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.text) + " / " + testing::PrintToString(c.separators));
     SmartPtr<IParametersCreatable> set = NewParameters();
     EXPECT_EQ(creator->Create(MakeString(c.text).get(), MakeString(c.separators).get(), set.get()), c.result);
-    EXPECT_EQ(ItemsOf(set.get()), c.expected);
-    for (int32_t i = 0; i < static_cast<int32_t>(c.expected.size()); ++i) EXPECT_EQ(FlagsAt(set.get(), i), 0);
+    EXPECT_EQ(Describe(set.get()), c.expected);
   }
   EXPECT_EQ(creator->Create(MakeString(L"a=1").get(), nullptr, target.get()), E_FAIL);
   EXPECT_EQ(creator->Create(MakeString(L"a=1").get(), MakeString(L"=").get(), nullptr), E_POINTER);
@@ -69,17 +51,16 @@ TEST_F(ParametersCreatorTest, CreateParsesLines) {
 TEST_F(ParametersCreatorTest, CreateWithManySeparators) {
   const std::wstring many(100000, L'=');
   EXPECT_EQ(creator->Create(MakeString(L"k" + many).get(), MakeString(L"=").get(), target.get()), S_OK);
-  EXPECT_EQ(ItemsOf(target.get()), Items{L"k=t'" + many.substr(1) + L"'"});
+  EXPECT_EQ(Describe(target.get()), Items{L"k=t'" + many.substr(1) + L"'/0"});
 
   SmartPtr<IParametersCreatable> set = NewParameters();
   std::wstring lines;
   for (int i = 0; i < 100000; ++i) lines += L"p" + std::to_wstring(i) + L"=v\n";
-  std::wstring separators(100000, L'#');
-  separators += L":=";
-  EXPECT_EQ(creator->Create(MakeString(lines).get(), MakeString(separators).get(), set.get()), S_OK);
-  const Items items = ItemsOf(set.get());
+  EXPECT_EQ(creator->Create(MakeString(lines).get(), MakeString(std::wstring(100000, L'#') + L":=").get(), set.get()),
+            S_OK);
+  const Items items = Describe(set.get());
   ASSERT_EQ(items.size(), 100000u);
-  EXPECT_EQ(items[99999], L"p99999=t'v'");
+  EXPECT_EQ(items[99999], L"p99999=t'v'/0");
 }
 
 TEST_F(ParametersCreatorTest, SubSetClampsTheRange) {
@@ -105,19 +86,16 @@ TEST_F(ParametersCreatorTest, SubSetCopiesValuesAndSharesObjects) {
   SmartPtr<IParametersCreatable> descriptor = NewParameters();
   SmartPtr<IParametersCreatable> source = Numbered({L"a", L"b", L"c"}, descriptor.get());
   source->Add(MakeString(L"t").get(), MakeText(L"text").get(), nullptr, 0);
-  target->Add(MakeString(L"B").get(), MakeLong(99).get(), NewParameters().get(), 7);
+  target->Add(MakeString(L"B").get(), MakeLong(99).get(), nullptr, 7);
   ASSERT_EQ(creator->SubSet(source.get(), 1, 3, target.get()), S_OK);
-  EXPECT_EQ(ItemsOf(target.get()), (Items{L"B=i2", L"c=i3", L"t=t'text'"}));
-  EXPECT_EQ(FlagsAt(target.get(), 0), 1);
-  EXPECT_EQ(FlagsAt(target.get(), 1), 2);
+  EXPECT_EQ(Describe(target.get()), (Items{L"B=i2/1+d", L"c=i3/2+d", L"t=t'text'/0"}));
   SmartPtr<IUnknown> copied;
-  ASSERT_EQ(target->get_ItemDescriptor(0, copied.Receive()), S_OK);
+  target->get_ItemDescriptor(0, copied.Receive());
   EXPECT_TRUE(copied == descriptor.get());
-
   SmartPtr<IVariant> inTarget;
   target->get_ItemVariant(1, inTarget.Receive());
   inTarget->SetLong(42);
-  EXPECT_EQ(ItemsOf(source.get())[2], L"c=i3");
+  EXPECT_EQ(Describe(source.get())[2], L"c=i3/40002+d");
 
   SmartPtr<ISuperCollection> objects = NewSuperCollection();
   SmartPtr<IParametersCreatable> object = NewParameters(), shared = NewParameters();
@@ -127,33 +105,25 @@ TEST_F(ParametersCreatorTest, SubSetCopiesValuesAndSharesObjects) {
   shared->get_Item(0, item.Receive());
   shared->get_ItemDescriptor(0, copied.Receive());
   EXPECT_TRUE(item == object.get() && copied == descriptor.get());
-  EXPECT_EQ(FlagsAt(shared.get(), 0), 0x5);
+  EXPECT_EQ(Describe(shared.get()), Items{L"x=oParametersCreatable/5+d"});
 }
 
+// Items are added with flags 0 and no descriptor; a template gives the items,
+// their order and values unless the source has one; C is dropped.
 TEST_F(ParametersCreatorTest, Translate) {
   SmartPtr<IParametersCreatable> source = Numbered({L"a", L"b", L"c"});
-  SmartPtr<IParametersCreatable> names = NewParameters();
-  names->Add(MakeString(L"A").get(), MakeText(L"alpha").get(), nullptr, 0);
-  names->Add(MakeString(L"b").get(), MakeLong(5).get(), nullptr, 0);
+  SmartPtr<IParametersCreatable> names = SetOf({{L"A", MakeText(L"alpha")}, {L"b", MakeLong(5)}});
   ASSERT_EQ(creator->Translate(source.get(), names.get(), nullptr, target.get()), S_OK);
-  EXPECT_EQ(ItemsOf(target.get()), (Items{L"alpha=i1", L"<null>=i2", L"c=i3"}));
-  EXPECT_EQ(FlagsAt(target.get(), 0), 0);
+  EXPECT_EQ(Describe(target.get()), (Items{L"alpha=i1/0", L"<null>=i2/0", L"c=i3/0"}));
 
-  // With a template: its items, in its order, with its values unless the source has one; C is dropped.
-  SmartPtr<IParametersCreatable> templ = NewParameters();
-  templ->Add(MakeString(L"A").get(), MakeText(L"x").get(), NewParameters().get(), 5);
-  templ->Add(MakeString(L"B").get(), MakeText(L"y").get(), nullptr, 0);
-  templ->Add(MakeString(L"gamma").get(), MakeText(L"z").get(), nullptr, 0);
+  SmartPtr<IParametersCreatable> templ =
+      SetOf({{L"A", MakeText(L"x"), 5, AsUnknown(NewParameters())}, {L"B", MakeText(L"y")}, {L"gamma", MakeText(L"z")}});
   SmartPtr<IParametersCreatable> shaped = NewParameters(), renamed = NewParameters();
-  SmartPtr<IParametersCreatable> bc = Numbered({L"x", L"B", L"C"});
-  ASSERT_EQ(creator->Translate(bc.get(), nullptr, templ.get(), shaped.get()), S_OK);
-  EXPECT_EQ(ItemsOf(shaped.get()), (Items{L"A=t'x'", L"B=i2", L"gamma=t'z'"}));
-  EXPECT_EQ(FlagsAt(shaped.get(), 0), 0);
-  SmartPtr<IUnknown> descriptor;
-  EXPECT_EQ(shaped->get_ItemDescriptor(0, descriptor.Receive()), E_FAIL);
+  ASSERT_EQ(creator->Translate(Numbered({L"x", L"B", L"C"}).get(), nullptr, templ.get(), shaped.get()), S_OK);
+  EXPECT_EQ(Describe(shaped.get()), (Items{L"A=t'x'/0", L"B=i2/0", L"gamma=t'z'/0"}));
   names->Add(MakeString(L"c").get(), MakeText(L"GAMMA").get(), nullptr, 0);
   ASSERT_EQ(creator->Translate(source.get(), names.get(), templ.get(), renamed.get()), S_OK);
-  EXPECT_EQ(ItemsOf(renamed.get()), (Items{L"A=t'x'", L"B=t'y'", L"gamma=i3"}));
+  EXPECT_EQ(Describe(renamed.get()), (Items{L"A=t'x'/0", L"B=t'y'/0", L"gamma=i3/0"}));
 }
 
 TEST_F(ParametersCreatorTest, CopyTakesTheItemsWhoseNamesMatch) {
@@ -169,33 +139,30 @@ TEST_F(ParametersCreatorTest, CopyTakesTheItemsWhoseNamesMatch) {
     EXPECT_EQ(creator->Copy(source.get(), MakeString(c.pattern).get(), c.flags, set.get()), c.result);
     EXPECT_EQ(NamesOf(set.get()), c.expected);
   }
-  ASSERT_EQ(creator->Copy(source.get(), nullptr, 0, target.get()), S_OK);
-  EXPECT_EQ(FlagsAt(target.get(), 3), 3) << "copied like SubSet, 0x40000 cleared";
+  ASSERT_EQ(creator->Copy(source.get(), MakeString(L"g*").get(), 0, target.get()), S_OK);
+  EXPECT_EQ(Describe(target.get()), Items{L"gamma=i4/3"}) << "copied like SubSet, 0x40000 cleared";
   EXPECT_EQ(creator->Copy(source.get(), nullptr, 0, nullptr), E_POINTER);
 }
 
+// Existing items get the source's value (flags stay); added ones come with their flags, 0x40000 cleared.
 TEST_F(ParametersCreatorTest, UpdateOverwritesByName) {
   struct Case { int16_t mode; Items sourceNames; HRESULT result; Items expected; } cases[] = {
-      {0, {L"x", L"B", L"c"}, S_OK, {L"a=i10", L"b=i2", L"keep=i30"}},
-      {kUpdateAddMissing, {L"x", L"B", L"c"}, S_OK, {L"a=i10", L"b=i2", L"keep=i30", L"x=i1", L"c=i3"}},
-      {0, {L"x", L"y"}, S_FALSE, {L"a=i10", L"b=i20", L"keep=i30"}},
+      {0, {L"x", L"B", L"c"}, S_OK, {L"a=i10/0", L"b=i2/0", L"keep=i30/0"}},
+      {kUpdateAddMissing, {L"x", L"B", L"c"}, S_OK, {L"a=i10/0", L"b=i2/0", L"keep=i30/0", L"x=i1/0", L"c=i3/2"}},
+      {0, {L"x", L"y"}, S_FALSE, {L"a=i10/0", L"b=i20/0", L"keep=i30/0"}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << c.mode << " " << c.sourceNames.size());
-    SmartPtr<IParametersCreatable> set = NewParameters();
-    set->Add(MakeString(L"a").get(), MakeLong(10).get(), nullptr, 0);
-    set->Add(MakeString(L"b").get(), MakeLong(20).get(), nullptr, 0);
-    set->Add(MakeString(L"keep").get(), MakeLong(30).get(), nullptr, 0);
-    SmartPtr<IParametersCreatable> source = Numbered(c.sourceNames);
-    EXPECT_EQ(creator->Update(set.get(), source.get(), c.mode), c.result);
-    EXPECT_EQ(ItemsOf(set.get()), c.expected);
+    SmartPtr<IParametersCreatable> set = SetOf({{L"a", MakeLong(10)}, {L"b", MakeLong(20)}, {L"keep", MakeLong(30)}});
+    EXPECT_EQ(creator->Update(set.get(), Numbered(c.sourceNames).get(), c.mode), c.result);
+    EXPECT_EQ(Describe(set.get()), c.expected);
   }
   SmartPtr<IParametersCreatable> source = Numbered({L"b"});
   ASSERT_EQ(creator->Update(target.get(), source.get(), kUpdateAddMissing), S_OK);
   SmartPtr<IVariant> updated;
   target->get_ItemVariant(0, updated.Receive());
   updated->SetLong(5);
-  EXPECT_EQ(ItemsOf(source.get()), Items{L"b=i1"}) << "values are copies";
+  EXPECT_EQ(Describe(source.get()), Items{L"b=i1/40000"}) << "values are copies";
   EXPECT_EQ(creator->Update(target.get(), MakeLong(1).get(), 0), E_NOINTERFACE);
   EXPECT_EQ(creator->Update(nullptr, source.get(), 0), E_POINTER);
 }

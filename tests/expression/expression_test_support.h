@@ -1,33 +1,20 @@
-// Helpers of the formula tests: expressions and parameter sets created by
-// class name, evaluation of a formula text, and a parameter set with chosen values.
+// Helpers of the formula tests: expressions created by class name and
+// evaluation of a formula text (parameter sets come from the persistence helpers).
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <string>
-#include <utility>
-#include <vector>
 
-#include "test_support.h"
+#include "../parameters/persistence_test_support.h"
 
 namespace expression_test {
 
-using namespace test_support;
+using namespace persistence_test;
 
 inline SmartPtr<IExpression> NewExpression(const wchar_t* className = L"Expression") {
   return CreateObjectAs<IExpression>(className);
-}
-
-inline SmartPtr<IParametersCreatable> NewParameters() {
-  return CreateObjectAs<IParametersCreatable>(L"ParametersCreatable");
-}
-
-// A set holding the named values in order.
-inline SmartPtr<IParametersCreatable> SetOf(const std::vector<std::pair<std::wstring, SmartPtr<IVariant>>>& items) {
-  SmartPtr<IParametersCreatable> set = NewParameters();
-  for (const auto& [name, value] : items) set->Add(MakeString(name).get(), value.get(), nullptr, 0);
-  return set;
 }
 
 // The number an expression object holds after evaluating `formula` against `parameters`.

@@ -184,7 +184,8 @@ TEST(InputParameter, FetchesFromAParameterSet) {
       {"list", 0, IID_NULL, 4, L"cSuperCollection"},
       {"vec", 2, IID_NULL, 0, L"r20"},        {"vec", 5, IID_NULL, 0, L"r50"},
       {"vec", -1, IID_NULL, E_INVALIDARG, L"<none>"},  // count - (-1) = 6: past the end (intended)
-      {"vec", INT32_MIN, IID_NULL, E_INVALIDARG, L"<none>"},
+      {"vec", INT32_MIN, IID_NULL, E_INVALIDARG, L"<none>"},  {"vec", INT32_MAX, IID_NULL, E_INVALIDARG, L"<none>"},
+      {"list", INT32_MIN, IID_NULL, E_INVALIDARG, L"<none>"},
       {"list", 1, IID_NULL, 0, L"i7"},        {"list", -1, IID_NULL, 0, L"i9"},
       {"list", -4, IID_NULL, E_INVALIDARG, L"<none>"},  {"list", INT32_MAX, IID_NULL, E_INVALIDARG, L"<none>"},
       {"other", 0, IID_IParameters, 0, L"cParametersCreatable"},

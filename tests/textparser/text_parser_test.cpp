@@ -1,11 +1,11 @@
 // Tests of "TextParser", created by class name as a host does.
 #include <gtest/gtest.h>
 
-#include "../parameters/collection_test_support.h"
+#include "../parameters/persistence_test_support.h"
 
 namespace {
 
-using namespace collection_test;
+using namespace persistence_test;
 
 // A string that is also a file archive: its text is there only after Load.
 class CArchiveText : public CObjectImpl<CArchiveText, IString, IFileArchive> {
@@ -50,15 +50,7 @@ struct Case { std::wstring text; int32_t dropUnknown; std::wstring expected; HRE
 
 class TextParserTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(parser && values);
-    for (auto& [name, value] : std::vector<std::pair<const wchar_t*, SmartPtr<IVariant>>>{
-             {L"Speed", MakeDouble(12.5)}, {L"x", MakeText(L"1")}, {L"n", MakeLong(3)}, {L"half", MakeDouble(2.5)},
-             {L"third", MakeDouble(1.0 / 3)}, {L"name", MakeText(L"Bob")}, {L"pad", MakeText(L"pad  ")},
-             {L"again", MakeText(L"__x__")}})
-      Add(name, value.get());
-  }
-  void Add(const wchar_t* name, IUnknown* value) { values->Add(MakeString(name).get(), value, nullptr, 0); }
+  void SetUp() override { ASSERT_TRUE(parser && values); }
 
   void Check(const Case& c, INamedCollection* from = nullptr) {
     if (!from) from = values.get();
@@ -72,7 +64,10 @@ class TextParserTest : public ::testing::Test {
   }
 
   SmartPtr<ITextParser> parser = CreateObjectAs<ITextParser>(L"TextParser");
-  SmartPtr<IParametersCreatable> values = NewParameters();
+  SmartPtr<IParametersCreatable> values =
+      SetOf({{L"Speed", MakeDouble(12.5)}, {L"x", MakeText(L"1")}, {L"n", MakeLong(3)}, {L"half", MakeDouble(2.5)},
+             {L"third", MakeDouble(1.0 / 3)}, {L"name", MakeText(L"Bob")}, {L"pad", MakeText(L"pad  ")},
+             {L"again", MakeText(L"__x__")}});
 };
 
 TEST_F(TextParserTest, DefaultTags) {
@@ -113,7 +108,7 @@ TEST_F(TextParserTest, ObjectsAndFileArchives) {
   objects->Add(MakeString(L"empty").get(), MakeVariant().get(), nullptr, 0);
   objects->Add(MakeString(L"other").get(), NewParameters().get(), nullptr, 0);
   Check({L"[__obj__][__bare__][__empty__][__other__]", 0, L"[ParametersCreatable][][][]\r\n", S_OK}, objects.get());
-  Add(L"file", static_cast<IString*>(archive.get()));
+  values->Add(MakeString(L"file").get(), static_cast<IString*>(archive.get()), nullptr, 0);
   Check({L"<__file__>\n<__FILE__>", 0, L"<from file>\r\n<from file>\r\n", S_OK});
   EXPECT_EQ(archive->loads, 1);
 }
