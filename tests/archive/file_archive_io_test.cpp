@@ -6,41 +6,27 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <string>
+
+#include "../parameters/persistence_test_support.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using namespace persistence_test;
 
-tagREFString Ref(const std::wstring& text) { return {static_cast<int32_t>(text.size()), text.c_str()}; }
-
+// Each test's files in a scratch folder of its own.
 class FileArchiveIOTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    m_Folder = fs::temp_directory_path() / ("file_archive_io_" + std::to_string(getpid()));
-    fs::create_directories(m_Folder);
-  }
-  void TearDown() override { fs::remove_all(m_Folder); }
-
-  std::wstring PathOf(const std::string& file) const { return (m_Folder / file).wstring(); }
-
-  void WriteBytes(const std::string& file, const std::string& bytes) const {
-    std::ofstream(m_Folder / file, std::ios::binary) << bytes;
-  }
-  std::string ReadBytes(const std::string& file) const {
-    std::ifstream in(m_Folder / file, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  }
+  std::wstring PathOf(const std::string& file) const { return Wide(m_Folder + "/" + file); }
 
   struct Loaded {
     HRESULT result;
     std::wstring text;  // `length` characters as handed out
   };
   Loaded LoadText(const std::string& bytes, int16_t textMode) const {
-    WriteBytes("in.txt", bytes);
+    WriteFile(m_Folder + "/in.txt", bytes);
     void* data = nullptr;
     unsigned int length = 0;
     Loaded loaded{FileArchiveLoad(Ref(PathOf("in.txt")), &data, &length, textMode, 0), L""};
@@ -49,7 +35,7 @@ class FileArchiveIOTest : public ::testing::Test {
     return loaded;
   }
 
-  fs::path m_Folder;
+  const std::string m_Folder = ScratchFolder("io");
 };
 
 TEST_F(FileArchiveIOTest, TextEncodingsAreDetected) {
@@ -83,7 +69,7 @@ TEST_F(FileArchiveIOTest, TextEncodingsAreDetected) {
 }
 
 TEST_F(FileArchiveIOTest, BytesAndLimits) {
-  WriteBytes("raw.bin", "abcdef");
+  WriteFile(m_Folder + "/raw.bin", "abcdef");
   void* data = nullptr;
   unsigned int length = 0;
   ASSERT_EQ(FileArchiveLoad(Ref(PathOf("raw.bin")), &data, &length, kFileLoadBytes, 0), S_OK);
@@ -95,7 +81,7 @@ TEST_F(FileArchiveIOTest, BytesAndLimits) {
   EXPECT_EQ(std::string(static_cast<const char*>(data), length), "abc");
   FileArchiveFree(data);
 
-  WriteBytes("empty.bin", "");
+  WriteFile(m_Folder + "/empty.bin", "");
   EXPECT_EQ(FileArchiveLoad(Ref(PathOf("empty.bin")), &data, &length, kFileLoadBytes, 0), E_FAIL);
   EXPECT_EQ(data, nullptr);
   EXPECT_EQ(FileArchiveLoad(Ref(PathOf("raw.bin")), nullptr, &length, 0, 0), E_POINTER);
@@ -103,14 +89,14 @@ TEST_F(FileArchiveIOTest, BytesAndLimits) {
 
 TEST_F(FileArchiveIOTest, AFileThatCannotBeOpenedOrIsNoRegularFileIsReportedOnStderr) {
   struct Case { std::wstring name; std::string message; };
-  const std::string missing = (m_Folder / "missing.xml").string();
+  const std::string missing = m_Folder + "/missing.xml";
   // Anything but a regular file is refused before a byte is read; a FIFO without writer does not block.
-  const std::string fifo = (m_Folder / "fifo").string();
+  const std::string fifo = m_Folder + "/fifo";
   ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
   const Case cases[] = {
       {PathOf("missing.xml"), "file open err:\n" + missing + "\n"}, {L"", "file open err:\n\n"},
       {L"/dev/zero", "file open err:\n/dev/zero\n"}, {PathOf("fifo"), "file open err:\n" + fifo + "\n"},
-      {m_Folder.wstring(), "file open err:\n" + m_Folder.string() + "\n"},
+      {Wide(m_Folder), "file open err:\n" + m_Folder + "\n"},
   };
   for (const Case& c : cases) {
     void* data = nullptr;
@@ -131,17 +117,18 @@ TEST_F(FileArchiveIOTest, TextIsSavedAsUtf16WithAMark) {
   const unsigned int size = static_cast<unsigned int>(text.size() * sizeof(wchar_t));
   ASSERT_EQ(FileArchiveSave(Ref(PathOf("out.xml")), bytes, size, 1, 0), S_OK);
   // Each character is cut to its low 16 bits: U+1F600 becomes U+F600.
-  EXPECT_EQ(ReadBytes("out.xml"), std::string("\xFF\xFE" "a\0\xE9\0\x00\xF6", 8));
+  EXPECT_EQ(FileBytes(m_Folder + "/out.xml"), std::string("\xFF\xFE" "a\0\xE9\0\x00\xF6", 8));
   ASSERT_EQ(FileArchiveSave(Ref(PathOf("out.xml")), bytes, sizeof(wchar_t), 1, 1), S_OK);
-  EXPECT_EQ(ReadBytes("out.xml"), std::string("\xFF\xFE" "a\0\xE9\0\x00\xF6" "a\0", 10)) << "appending writes no mark";
+  EXPECT_EQ(FileBytes(m_Folder + "/out.xml"), std::string("\xFF\xFE" "a\0\xE9\0\x00\xF6" "a\0", 10))
+      << "appending writes no mark";
 
   ASSERT_EQ(FileArchiveSave(Ref(PathOf("raw.bin")), bytes, 5, 0, 0), S_OK);
-  EXPECT_EQ(ReadBytes("raw.bin"), std::string(reinterpret_cast<const char*>(bytes), 5));
+  EXPECT_EQ(FileBytes(m_Folder + "/raw.bin"), std::string(reinterpret_cast<const char*>(bytes), 5));
   EXPECT_EQ(FileArchiveSave(Ref(PathOf("none.bin")), bytes, 0, 0, 0), E_FAIL) << "nothing written";
   EXPECT_EQ(FileArchiveSave(Ref(PathOf("null.bin")), nullptr, 4, 0, 0), E_POINTER);
-  EXPECT_FALSE(fs::exists(m_Folder / "null.bin"));
+  EXPECT_FALSE(fs::exists(m_Folder + "/null.bin"));
   ASSERT_EQ(FileArchiveSave(Ref(PathOf("empty.xml")), bytes, 0, 1, 0), S_OK) << "the mark counts as written";
-  EXPECT_EQ(ReadBytes("empty.xml"), "\xFF\xFE");
+  EXPECT_EQ(FileBytes(m_Folder + "/empty.xml"), "\xFF\xFE");
 
   // What is saved as text loads back, less nothing: the mark is the dropped unit.
   const std::wstring xml = L"<a>\u00FC</a>";
@@ -156,13 +143,18 @@ TEST_F(FileArchiveIOTest, TextIsSavedAsUtf16WithAMark) {
 }
 
 TEST_F(FileArchiveIOTest, FileNamesAreCutToFitIn256Bytes) {
+  const auto repeat = [](const std::string& bytes, int count) {
+    std::string text;
+    while (count-- > 0) text += bytes;
+    return text;
+  };
   struct Case { std::wstring name; std::string path; };
   const Case cases[] = {
       {std::wstring(300, L'a'), std::string(254, 'a')},
-      {std::wstring(200, L'\u00E9'), [] { std::string s; for (int i = 0; i < 127; ++i) s += "\xC3\xA9"; return s; }()},
+      {std::wstring(200, L'\u00E9'), repeat("\xC3\xA9", 127)},
       {std::wstring(253, L'a') + L"\u00E9", std::string(253, 'a')},
-      {std::wstring(100, L'\u20AC'), [] { std::string s; for (int i = 0; i < 84; ++i) s += "\xE2\x82\xAC"; return s; }()},
-      {std::wstring(100, L'\U0001F600'), [] { std::string s; for (int i = 0; i < 63; ++i) s += "\xF0\x9F\x98\x80"; return s; }()},
+      {std::wstring(100, L'\u20AC'), repeat("\xE2\x82\xAC", 84)},
+      {std::wstring(100, L'\U0001F600'), repeat("\xF0\x9F\x98\x80", 63)},
       // 0x7FF takes three bytes and 0xFFFF four, as the framework always encoded them.
       {L"\u07FE\u07FF\uFFFE\uFFFF", "\xDF\xBE" "\xE0\x9F\xBF" "\xEF\xBF\xBE" "\xF0\x8F\xBF\xBF"}, {L"", ""},
   };

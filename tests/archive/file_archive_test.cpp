@@ -165,7 +165,8 @@ TEST(FileArchiveTest, FailedLoadLeavesTheSetAsItWas) {
     set->Add(MakeString(L"keep").get(), MakeLong(1).get(), nullptr, 0x10);
     SmartPtr<IFileArchive> archive = ArchiveOf(set->GetUnknown(), folder + "/" + file);
     archive->Control(1, 0);
-    const HRESULT result = std::string(file).find(".tab") != std::string::npos ? set->LoadFolderStream() : archive->Load();
+    const bool folderStream = std::string(file).find(".tab") != std::string::npos;
+    const HRESULT result = folderStream ? set->LoadFolderStream() : archive->Load();
     EXPECT_LT(result, 0) << file;
     EXPECT_EQ(Describe(set.get()), (std::vector<std::wstring>{L"keep=i1/10"})) << file;
     EXPECT_EQ(Setting(archive.get(), 1), 0) << file;
