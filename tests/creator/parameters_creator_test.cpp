@@ -33,7 +33,8 @@ TEST_F(ParametersCreatorTest, CreateParsesLines) {
       {L"alpha = 1", L"=", {L"alpha =t'1'/0"}}, {L"alpha = 1\nmore text", L"=", {L"alpha =t'1\r\nmore text'/0"}},
       {L"a=1\n\n  \nnext\nlast", L"=", {L"a=t'1\r\nnext\r\nlast'/0"}}, {L"orphan\n\nx=1", L"=", {L"x=t'1'/0"}},
       {L"a:b=c", L"=:", {L"a:b=t'c'/0"}}, {L"a:b=c", L":=", {L"a=t'b=c'/0"}},
-      {L"a=b\u2192c", L"\u2192=", {L"a=b=t'c'/0"}}, {L"\u00EF\u00FE \tkey=\u00FE  value\x7F \r", L"=", {L"key=t'value'/0"}},
+      {L"a=b\u2192c", L"\u2192=", {L"a=b=t'c'/0"}},
+      {L"\u00EF\u00FE \tkey=\u00FE  value\x7F \r", L"=", {L"key=t'value'/0"}},
       {L"a=1\r\nb=2\r\n", L"=", {L"a=t'1'/0", L"b=t'2'/0"}}, {L"a=1\na=2", L"=", {L"a=t'1'/0", L"a=t'2'/0"}},
       {L"=v\nempty=", L"=", {L"=t'v'/0", L"empty=t''/0"}}, {L"", L"=", {}}, {L"a=1", L"", {}, E_FAIL},
   };
@@ -116,8 +117,8 @@ TEST_F(ParametersCreatorTest, Translate) {
   ASSERT_EQ(creator->Translate(source.get(), names.get(), nullptr, target.get()), S_OK);
   EXPECT_EQ(Describe(target.get()), (Items{L"alpha=i1/0", L"<null>=i2/0", L"c=i3/0"}));
 
-  SmartPtr<IParametersCreatable> templ =
-      SetOf({{L"A", MakeText(L"x"), 5, AsUnknown(NewParameters())}, {L"B", MakeText(L"y")}, {L"gamma", MakeText(L"z")}});
+  SmartPtr<IParametersCreatable> templ = SetOf(
+      {{L"A", MakeText(L"x"), 5, AsUnknown(NewParameters())}, {L"B", MakeText(L"y")}, {L"gamma", MakeText(L"z")}});
   SmartPtr<IParametersCreatable> shaped = NewParameters(), renamed = NewParameters();
   ASSERT_EQ(creator->Translate(Numbered({L"x", L"B", L"C"}).get(), nullptr, templ.get(), shaped.get()), S_OK);
   EXPECT_EQ(Describe(shaped.get()), (Items{L"A=t'x'/0", L"B=i2/0", L"gamma=t'z'/0"}));

@@ -57,11 +57,12 @@ TEST(ExpressionPersistence, XMLLayout) {
   SmartPtr<IExpression> original = ExpressionWith(L"Max(a, b) * 2", MakeDouble(0.1));
   SmartPtr<IXMLStreamEx> xml = CreateObjectAs<IXMLStreamEx>(L"XMLStreamEx");
   xml->SetOptions(-1, kXMLOptionLean);
-  SmartPtr<IDataStream> stream = QueryAs<IDataStream>(xml.get());
-  QueryAs<IDataPersist>(original.get())->Save(stream.get(), 0);
-  const std::string bytes = BytesOf(stream.get());
-  const std::wstring text(reinterpret_cast<const wchar_t*>(bytes.data()), wcsnlen(reinterpret_cast<const wchar_t*>(bytes.data()), bytes.size() / sizeof(wchar_t)));
-  EXPECT_EQ(text, L"<Formula>Max(a, b) * 2</Formula><Value>0.1</Value>");
+  QueryAs<IDataPersist>(original.get())->Save(QueryAs<IDataStream>(xml.get()).get(), 0);
+  void* text = nullptr;
+  int32_t size = 0;
+  xml->GetTextBuffer(&text, &size);
+  EXPECT_EQ(std::wstring(static_cast<const wchar_t*>(text), static_cast<size_t>(size) / sizeof(wchar_t)),
+            L"<Formula>Max(a, b) * 2</Formula><Value>0.1</Value>");
 }
 
 // Loading replaces text and value, also by their absence; saving over an older save leaves nothing stale.
