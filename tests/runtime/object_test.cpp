@@ -50,17 +50,9 @@ using test_support::RefCountOf;
 
 // Counts live objects and calls of the lifecycle hooks.
 struct Census {
-  std::atomic<int> live{0};
-  std::atomic<int> finalReleases{0};
+  std::atomic<int> live{0}, finalReleases{0};
   HRESULT constructResult = S_OK;
-
-  void Reset(HRESULT construct = S_OK) {
-    live = 0;
-    finalReleases = 0;
-    constructResult = construct;
-  }
-};
-Census gCensus;
+} gCensus;
 
 class CProbe : public CObjectImpl<CProbe, IProbe, ISecond> {
  public:
@@ -82,20 +74,18 @@ class CProbe : public CObjectImpl<CProbe, IProbe, ISecond> {
 
 class ObjectModel : public ::testing::Test {
  protected:
-  void SetUp() override { gCensus.Reset(); }
+  void SetUp() override { Reset(); }
+  static void Reset(HRESULT construct = S_OK) {
+    gCensus.live = 0;
+    gCensus.finalReleases = 0;
+    gCensus.constructResult = construct;
+  }
   void TearDown() override { EXPECT_EQ(gCensus.live, 0) << "an object leaked"; }
 };
 
 // A creation hands out one reference, or destroys the half-made object (FinalRelease included).
 TEST_F(ObjectModel, CreationAnswersOrLeavesNothing) {
-  struct Case {
-    const char* what;
-    HRESULT construct;
-    const IID* iid;
-    bool withOut;
-    HRESULT expected;
-    int finalReleases;
-  };
+  struct Case { const char* what; HRESULT construct; const IID* iid; bool withOut; HRESULT expected; int released; };
   const Case cases[] = {
       {"answered", S_OK, &IID_IProbe, true, S_OK, 1},
       {"FinalConstruct fails", E_OUTOFMEMORY, &IID_IProbe, true, E_OUTOFMEMORY, 1},
@@ -104,7 +94,7 @@ TEST_F(ObjectModel, CreationAnswersOrLeavesNothing) {
       {"no out pointer", S_OK, &IID_IProbe, false, E_POINTER, 0},
   };
   for (const Case& c : cases) {
-    gCensus.Reset(c.construct);
+    Reset(c.construct);
     IID iid = c.iid ? *c.iid : IID_NULL;
     void* out = reinterpret_cast<void*>(0x1);
     EXPECT_EQ(CObject<CProbe>::_CreateInstance(nullptr, c.iid ? &iid : nullptr, c.withOut ? &out : nullptr), c.expected)
@@ -119,7 +109,7 @@ TEST_F(ObjectModel, CreationAnswersOrLeavesNothing) {
       EXPECT_EQ(out, nullptr) << c.what;
     }
     EXPECT_EQ(gCensus.live, 0) << c.what;
-    EXPECT_EQ(gCensus.finalReleases, c.finalReleases) << c.what;
+    EXPECT_EQ(gCensus.finalReleases, c.released) << c.what;
   }
 }
 
