@@ -1,5 +1,7 @@
-// Loading sibling modules, the global component collection, creation by
-// class name and the bootstrapping of strings and variants.
+// Loading sibling modules, creation by class name through the global component
+// collection and the bootstrapping of strings and variants. (Keeping and
+// releasing the collection in InitializeModule is counted in the host tests;
+// making it once, in the first-use test.)
 #include <gtest/gtest.h>
 
 #include <string>
@@ -45,17 +47,6 @@ TEST(ModuleCreateFunction, FindsTheClassOrReportsAMissingModule) {
     SmartPtr<IVariant> variant;
     EXPECT_EQ(create ? create(nullptr, &iid, variant.ReceiveVoid()) : E_FAIL, c.found ? S_OK : E_FAIL);
   }
-}
-
-TEST(GlobalComponents, MadeOnceKeptByInitializeModuleAndMadeAgainOnDemand) {
-  SmartPtr<IComponentCollection> collection = SmartPtr<IComponentCollection>::Adopt(GLOBALComponents());
-  ASSERT_TRUE(collection);
-  EXPECT_EQ(SmartPtr<IComponentCollection>::Adopt(GLOBALComponents()).get(), collection.get());
-  // The references InitializeModule keeps and lets go are counted in the host tests.
-  EXPECT_EQ(InitializeModule(nullptr, nullptr), 0);
-  EXPECT_FALSE(gGlobalComponentCollection) << "null clears the global";
-  EXPECT_EQ(InitializeModule(nullptr, collection.get()), 0);
-  EXPECT_EQ(gGlobalComponentCollection.get(), collection.get());
 }
 
 // Without a kept collection, the first creation makes it afresh from CollectionsEx.
