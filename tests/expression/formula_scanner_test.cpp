@@ -39,7 +39,7 @@ TEST(FormulaScanner, OperandRules) {
 TEST(FormulaScanner, HexadecimalWords) {
   const Case cases[] = {
       {L"#FF", 255},  {L"#ff", 255}, {L"#", 0},      {L"#10+1", 17}, {L"#FFFFFFFF", -1}, {L"#1G", 1},
-      {L"#G", 0},     {L"# FF", 0},  {L"-#10", -16}, {L"#FF AND #0F", 15},                {L"#7fffffff+1", 2147483648.0},
+      {L"#G", 0},     {L"# FF", 0},  {L"-#10", -16}, {L"#FF AND #0F", 15}, {L"#7fffffff+1", 2147483648.0},
   };
   ExpectAll(cases);
 }

@@ -51,7 +51,8 @@ TEST(RangeFunctions, ValuesOfASpreadSheetRange) {
       {L"Sum(B1..B2)", 0},        {L"Mean(E1..E1)", 0},     {L"a * Sum(A1..A8)", 160},  {L"Max(1, 2) + a", 6},
   };
   ExpectAll(cases, sheet.get());
-  EXPECT_EQ(Evaluate(L"Sum(A1..A8)", SetOf({{L"a", MakeDouble(4)}}).get()), 0) << "a plain set has no ranges: the list form reads A1 as 0";
+  EXPECT_EQ(Evaluate(L"Sum(A1..A8)", SetOf({{L"a", MakeDouble(4)}}).get()), 0)
+      << "a plain set has no ranges: the list form reads A1 as 0";
 }
 
 // A range whose cell evaluates the same range again: the fourth nested range gives 0, so the
