@@ -39,7 +39,8 @@ int RunExplainCommand(const Host& host, const std::string& formula, const std::v
     const std::wstring name = WideOf(std::string_view(binding).substr(0, equals));
     const std::wstring value = WideOf(std::string_view(binding).substr(equals + 1));
     CREFString valueView(value.c_str(), static_cast<int32_t>(value.size()));
-    SmartPtr<IString> key = SmartPtr<IString>::Adopt(ISCreate(tagREFString{static_cast<int32_t>(name.size()), name.c_str()}));
+    const tagREFString nameView{static_cast<int32_t>(name.size()), name.c_str()};
+    SmartPtr<IString> key = SmartPtr<IString>::Adopt(ISCreate(nameView));
     SmartPtr<IVariant> variant = SmartPtr<IVariant>::Adopt(IVCreateConvert(valueView));
     if (!key || !variant || FAILED(set->Add(key.get(), variant.get(), nullptr, 0))) {
       std::fprintf(stderr, "paramtool: explain: cannot bind \"%s\"\n", binding.c_str());

@@ -33,9 +33,14 @@ std::wstring Padded(std::wstring text, size_t width) {
   return text;
 }
 
-std::wstring RightAligned(const std::string& text, size_t width) {
-  std::wstring wide(text.begin(), text.end());
-  return wide.size() < width ? std::wstring(width - wide.size(), L' ') + wide : wide;
+// A number as the table shows it (ASCII only, so widening is exact).
+std::wstring WideNumber(double value) {
+  const std::string text = Number(value);
+  return std::wstring(text.begin(), text.end());
+}
+
+std::wstring RightAligned(const std::wstring& text, size_t width) {
+  return text.size() < width ? std::wstring(width - text.size(), L' ') + text : text;
 }
 
 // "^~~~" under the characters begin..end of a line of `width` columns.
@@ -102,7 +107,8 @@ void AppendCheck(std::string& out, const FormulaExplanation& e) {
     out += "\n!!! MISMATCH: the reading explained below gives " + Number(e.value) +
            ", but the module's \"Expression\" object gives " + Number(e.moduleValue) + ".\n";
     out += e.drawsRandomNumbers
-               ? "!!! The formula draws random numbers, and the tool and the module draw from generators of their own.\n"
+               ? "!!! The formula draws random numbers, and the tool and the module draw from generators of their"
+                 " own.\n"
                : "!!! This explanation does not describe what the module computes: please report this formula.\n";
   }
 }
@@ -115,8 +121,8 @@ void AppendSteps(std::string& out, const FormulaExplanation& e) {
   for (const ExplanationStep& step : e.steps) {
     pieces.push_back(PieceText(e, step));
     readings.push_back(Reading(step));
-    values.push_back(IsOperand(step.kind) ? RightAligned(Number(step.value), 0) : L"");
-    runnings.push_back(step.hasRunning ? RightAligned(Number(step.running), 0) : L"");
+    values.push_back(IsOperand(step.kind) ? WideNumber(step.value) : L"");
+    runnings.push_back(step.hasRunning ? WideNumber(step.running) : L"");
     pieceWidth = std::max(pieceWidth, pieces.back().size());
     readingWidth = std::max(readingWidth, readings.back().size());
     valueWidth = std::max(valueWidth, values.back().size());
@@ -126,13 +132,13 @@ void AppendSteps(std::string& out, const FormulaExplanation& e) {
   const std::wstring lead = drawn ? L"  " + Padded(formula, formula.size()) + gap : L"  " + Padded(L"at", 5) + gap;
   out += "Read once, left to right; every operator applies at once, so there is no precedence:\n\n";
   AppendLine(out, lead + Padded(L"piece", pieceWidth) + gap + Padded(L"reading", readingWidth) + gap +
-                      RightAligned("value", valueWidth) + gap + RightAligned("running", runningWidth));
+                      RightAligned(L"value", valueWidth) + gap + RightAligned(L"running", runningWidth));
   for (size_t i = 0; i < e.steps.size(); ++i) {
     const ExplanationStep& step = e.steps[i];
     const std::wstring where = drawn ? L"  " + Underline(step.begin, step.end, formula.size()) + gap
                                      : L"  " + Padded(L"col " + std::to_wstring(step.begin + 1), 5) + gap;
     AppendLine(out, where + Padded(pieces[i], pieceWidth) + gap + Padded(readings[i], readingWidth) + gap +
-                        RightAligned(Utf8Of(values[i]), valueWidth) + gap + RightAligned(Utf8Of(runnings[i]), runningWidth));
+                        RightAligned(values[i], valueWidth) + gap + RightAligned(runnings[i], runningWidth));
   }
 }
 

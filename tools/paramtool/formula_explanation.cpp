@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cwctype>
+#include <set>
 
 #include "expression/formula_scanner.h"
 #include "expression/formula_text.h"
@@ -121,8 +122,16 @@ class StepRecorder : public FormulaTrace {
 
 // --- text helpers ---------------------------------------------------------
 
+// Longest piece of the formula quoted in a message; longer ones are cut, so a
+// warning stays short however long the formula is.
+constexpr size_t kLongestQuote = 40;
+// Suggested fixes are evaluated (each a whole new reading) for the first few warnings only.
+constexpr int kMostFixesEvaluated = 8;
+
 std::string Quoted(const std::wstring& formula, size_t begin, size_t end) {
-  return "\"" + Utf8Of(std::wstring_view(formula).substr(begin, end - begin)) + "\"";
+  const bool cut = end - begin > kLongestQuote;
+  const std::wstring_view piece = std::wstring_view(formula).substr(begin, cut ? kLongestQuote : end - begin);
+  return "\"" + Utf8Of(piece) + (cut ? "...\"" : "\"");
 }
 
 size_t SkipBlanksFrom(const std::wstring& text, size_t at, size_t limit) {
@@ -150,14 +159,17 @@ class Explainer {
     m_Result.warnings.push_back({kind, begin, end, std::move(message)});
   }
 
-  // `formula` with "(" inserted at `open` and ")" at `close`, and what it evaluates to.
-  std::string Rewritten(size_t open, size_t close, std::string* value) const {
+  // `formula` with "(" inserted at `open` and ")" at `close`, and what it evaluates to; "" past the first few.
+  std::string Rewritten(size_t open, size_t close, std::string* value) {
+    *value = "";
+    if (m_FixesEvaluated >= kMostFixesEvaluated) return "";
+    ++m_FixesEvaluated;
     const std::wstring& f = m_Result.formula;
     const std::wstring text = f.substr(0, open) + L"(" + f.substr(open, close - open) + L")" + f.substr(close);
-    *value = "";
     // A rewritten formula that draws random numbers would move the generator on: it is not evaluated.
     if (!m_Result.drawsRandomNumbers)
-      *value = FormatNumberForMessage(EvaluateFormulaText({static_cast<int32_t>(text.size()), text.c_str()}, m_Reader));
+      *value = FormatNumberForMessage(
+          EvaluateFormulaText({static_cast<int32_t>(text.size()), text.c_str()}, m_Reader));
     return Utf8Of(text);
   }
 
@@ -172,6 +184,7 @@ class Explainer {
     const std::wstring& f = m_Result.formula;
     switch (step.kind) {
       case StepKind::kUnknownName:
+        if (!m_WarnedNames.insert(step.word).second) break;  // one warning per name
         AddWarning(PitfallKind::kUnknownName, step.operandBegin, step.end,
                    Quoted(f, step.operandBegin, step.end) +
                        " names no parameter of the files and bindings given, so it counts as 0.");
@@ -284,7 +297,7 @@ class Explainer {
     std::string message = name + "( takes each argument as a single operand: the call ended at " +
                           Quoted(f, next, m_PreparedEnd) + " and gave " + FormatNumberForMessage(step.value) +
                           "; the rest is read by the enclosing chain.";
-    if (lastArgument >= 0) {
+    if (lastArgument >= 0 && m_FixesEvaluated < kMostFixesEvaluated) {
       const size_t argumentBegin = m_Result.steps[static_cast<size_t>(lastArgument)].operandBegin;
       std::string value;
       const std::string fixed = Rewritten(argumentBegin, ArgumentEnd(argumentBegin), &value);
@@ -334,9 +347,9 @@ class Explainer {
         AddWarning(PitfallKind::kNoPrecedence, chainBegin, step.end,
                    "There is no operator precedence: " + Quoted(m_Result.formula, chainBegin, runEnd) +
                        " applies its operators in reading order, the \"" + std::string(1, static_cast<char>(step.op)) +
-                       "\" to the running value " + FormatNumberForMessage(step.runningBefore) +
-                       ". For the usual reading write " + fixed + (value.empty() ? "" : " (it gives " + value + ")") +
-                       ".");
+                       "\" to the running value " + FormatNumberForMessage(step.runningBefore) + "." +
+                       (fixed.empty() ? "" : " For the usual reading write " + fixed +
+                                                 (value.empty() ? "" : " (it gives " + value + ")") + "."));
       }
       if (IsAdditive(step.op)) chain.sawAdditive = true;
       chain.previous = static_cast<int>(i);
@@ -357,7 +370,8 @@ class Explainer {
       if (steps[i].kind != StepKind::kDropped) continue;
       if (i > 0 && steps[i - 1].kind == StepKind::kNumber && steps[i - 1].end == steps[i].begin &&
           IsExponent(steps[i].begin, steps[i].end)) {
-        ExponentWarning(steps[i - 1], steps[i - 1].word, m_Result.formula.substr(steps[i].begin, steps[i].end - steps[i].begin), steps[i].end);
+        const std::wstring exponent = m_Result.formula.substr(steps[i].begin, steps[i].end - steps[i].begin);
+        ExponentWarning(steps[i - 1], steps[i - 1].word, exponent, steps[i].end);
         continue;
       }
       size_t last = i;
@@ -387,6 +401,8 @@ class Explainer {
   const ParameterReader& m_Reader;
   size_t m_PreparedEnd = 0;
   bool m_WarnedTooDeep = false;
+  int m_FixesEvaluated = 0;
+  std::set<std::wstring> m_WarnedNames;
 };
 
 ExplanationStep TextStep(StepKind kind, size_t begin, size_t end) {
