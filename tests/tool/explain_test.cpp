@@ -128,7 +128,7 @@ TEST(FormulaExplanation, TextShowsPiecesFixesAndMismatches) {
   EXPECT_NE(text.find("Value     20\n"), std::string::npos) << text;
   EXPECT_NE(text.find("  2+3*4   piece"), std::string::npos) << text;
   EXPECT_NE(text.find("\n     ^~   * 4 "), std::string::npos) << text;
-  EXPECT_NE(text.find("write 2+(3*4) (it gives 14)"), std::string::npos) << text;
+  EXPECT_NE(text.find("write 2+(3*4): the formula then gives 14."), std::string::npos) << text;
   EXPECT_EQ(text.find("MISMATCH"), std::string::npos);
 
   FormulaExplanation wrong = ExplainFormula(L"1+1", nullptr, OriginOf);

@@ -129,14 +129,16 @@ void AppendSteps(std::string& out, const FormulaExplanation& e) {
     runningWidth = std::max(runningWidth, runnings.back().size());
   }
   const std::wstring gap = L"   ";
-  const std::wstring lead = drawn ? L"  " + Padded(formula, formula.size()) + gap : L"  " + Padded(L"at", 5) + gap;
+  // Without the drawing, a column gives where each piece begins.
+  const size_t atWidth = 4 + std::to_wstring(formula.size()).size();
+  const std::wstring lead = drawn ? L"  " + formula + gap : L"  " + Padded(L"at", atWidth) + gap;
   out += "Read once, left to right; every operator applies at once, so there is no precedence:\n\n";
   AppendLine(out, lead + Padded(L"piece", pieceWidth) + gap + Padded(L"reading", readingWidth) + gap +
                       RightAligned(L"value", valueWidth) + gap + RightAligned(L"running", runningWidth));
   for (size_t i = 0; i < e.steps.size(); ++i) {
     const ExplanationStep& step = e.steps[i];
     const std::wstring where = drawn ? L"  " + Underline(step.begin, step.end, formula.size()) + gap
-                                     : L"  " + Padded(L"col " + std::to_wstring(step.begin + 1), 5) + gap;
+                                     : L"  " + Padded(L"col " + std::to_wstring(step.begin + 1), atWidth) + gap;
     AppendLine(out, where + Padded(pieces[i], pieceWidth) + gap + Padded(readings[i], readingWidth) + gap +
                         RightAligned(values[i], valueWidth) + gap + RightAligned(runnings[i], runningWidth));
   }
@@ -155,6 +157,8 @@ void AppendWarnings(std::string& out, const FormulaExplanation& e) {
     if (formula.size() <= kWidestDrawnFormula) {
       AppendLine(out, L"     " + formula);
       AppendLine(out, L"     " + Underline(warning.begin, std::max(warning.end, warning.begin + 1), formula.size()));
+    } else {
+      out += "     at column " + std::to_string(warning.begin + 1) + "\n";
     }
     out += "     " + warning.message + "\n";
   }

@@ -159,8 +159,9 @@ class Explainer {
     m_Result.warnings.push_back({kind, begin, end, std::move(message)});
   }
 
-  // `formula` with "(" inserted at `open` and ")" at `close`, and what it evaluates to; "" past the first few.
-  std::string Rewritten(size_t open, size_t close, std::string* value) {
+  // The formula with "(" inserted at `open` and ")" at `close`: the excerpt from `from` to `to`
+  // of it, and (in *value) what the whole of it gives. "" past the first few fixes.
+  std::string Rewritten(size_t open, size_t close, size_t from, size_t to, std::string* value) {
     *value = "";
     if (m_FixesEvaluated >= kMostFixesEvaluated) return "";
     ++m_FixesEvaluated;
@@ -170,7 +171,12 @@ class Explainer {
     if (!m_Result.drawsRandomNumbers)
       *value = FormatNumberForMessage(
           EvaluateFormulaText({static_cast<int32_t>(text.size()), text.c_str()}, m_Reader));
-    return Utf8Of(text);
+    return Utf8Of(std::wstring_view(text).substr(from, to + 2 - from));
+  }
+
+  static std::string FixSentence(const std::string& lead, const std::string& fixed, const std::string& value) {
+    if (fixed.empty()) return "";
+    return " " + lead + fixed + (value.empty() ? "." : ": the formula then gives " + value + ".");
   }
 
   static std::string FormatNumberForMessage(double value) {
@@ -300,9 +306,9 @@ class Explainer {
     if (lastArgument >= 0 && m_FixesEvaluated < kMostFixesEvaluated) {
       const size_t argumentBegin = m_Result.steps[static_cast<size_t>(lastArgument)].operandBegin;
       std::string value;
-      const std::string fixed = Rewritten(argumentBegin, ArgumentEnd(argumentBegin), &value);
-      message += " To pass a computed argument, put it in parentheses: " + fixed +
-                 (value.empty() ? "" : " gives " + value) + ".";
+      const std::string fixed =
+          Rewritten(argumentBegin, ArgumentEnd(argumentBegin), step.operandBegin, CallEnd(open), &value);
+      message += FixSentence("To pass a computed argument, put it in parentheses: ", fixed, value);
     }
     AddWarning(PitfallKind::kArgumentNotSingleOperand, step.operandBegin, next + 1, std::move(message));
   }
@@ -318,6 +324,17 @@ class Explainer {
       if (f[at] == L',' && nesting == 0) break;
     }
     return TrimmedEnd(f, begin, at);
+  }
+
+  // Just after the ")" that matches the "(" at `open`, or the end of the formula.
+  size_t CallEnd(size_t open) const {
+    const std::wstring& f = m_Result.formula;
+    int nesting = 0;
+    for (size_t at = open; at < m_PreparedEnd; ++at) {
+      if (f[at] == L'(') ++nesting;
+      if (f[at] == L')' && --nesting == 0) return at + 1;
+    }
+    return m_PreparedEnd;
   }
 
   // 2+3*4: a "*", "/" or "%" after a "+" or "-" in the same chain; warned once per chain.
@@ -343,13 +360,12 @@ class Explainer {
         const size_t open = steps[static_cast<size_t>(chain.previous)].operandBegin;
         const size_t chainBegin = ChainBegin(step.parent);
         std::string value;
-        const std::string fixed = Rewritten(open, runEnd, &value);
+        const std::string fixed = Rewritten(open, runEnd, chainBegin, runEnd, &value);
         AddWarning(PitfallKind::kNoPrecedence, chainBegin, step.end,
                    "There is no operator precedence: " + Quoted(m_Result.formula, chainBegin, runEnd) +
                        " applies its operators in reading order, the \"" + std::string(1, static_cast<char>(step.op)) +
                        "\" to the running value " + FormatNumberForMessage(step.runningBefore) + "." +
-                       (fixed.empty() ? "" : " For the usual reading write " + fixed +
-                                                 (value.empty() ? "" : " (it gives " + value + ")") + "."));
+                       FixSentence("For the usual reading write ", fixed, value));
       }
       if (IsAdditive(step.op)) chain.sawAdditive = true;
       chain.previous = static_cast<int>(i);
