@@ -11,6 +11,8 @@ namespace {
 
 // Formulas up to this width are drawn with each piece underlined beneath them.
 constexpr size_t kWidestDrawnFormula = 72;
+// Warnings are wrapped at this many bytes.
+constexpr size_t kWrapWidth = 90;
 // Longer pieces are cut in the table.
 constexpr size_t kWidestPiece = 26;
 
@@ -144,6 +146,19 @@ void AppendSteps(std::string& out, const FormulaExplanation& e) {
   }
 }
 
+// `text` in lines of at most kWrapWidth bytes (longer words stay whole), each after `indent`.
+void AppendWrapped(std::string& out, const std::string& text, const std::string& indent) {
+  size_t lineStart = 0;
+  while (text.size() - lineStart > kWrapWidth) {
+    size_t cut = text.rfind(' ', lineStart + kWrapWidth);
+    if (cut == std::string::npos || cut <= lineStart) cut = text.find(' ', lineStart + kWrapWidth);
+    if (cut == std::string::npos) break;
+    out += indent + text.substr(lineStart, cut - lineStart) + "\n";
+    lineStart = cut + 1;
+  }
+  out += indent + text.substr(lineStart) + "\n";
+}
+
 void AppendWarnings(std::string& out, const FormulaExplanation& e) {
   if (e.warnings.empty()) {
     out += "\nNo pitfalls found.\n";
@@ -160,7 +175,7 @@ void AppendWarnings(std::string& out, const FormulaExplanation& e) {
     } else {
       out += "     at column " + std::to_string(warning.begin + 1) + "\n";
     }
-    out += "     " + warning.message + "\n";
+    AppendWrapped(out, warning.message, "     ");
   }
 }
 
