@@ -87,18 +87,18 @@ double FormulaScanner::SimpleExpression(CREFString& text) {
     if (text.IsEmpty() || text.text[0] == L')') return accumulator;
     const wchar_t* const operatorStart = text.text;
     const Operator op = TakeOperator(text);
-    if (m_Trace) m_Trace->OperatorRead(op, operatorStart, text.text);
+    if (m_Trace) [[unlikely]] m_Trace->OperatorRead(op, operatorStart, text.text);
     if (op == Operator::kNone) continue;  // a word that is no operator is dropped
     const double operand = Variable(text);
     const double combined = Combine(op, accumulator, operand);
-    if (m_Trace) m_Trace->Combined(accumulator, operand, combined);
+    if (m_Trace) [[unlikely]] m_Trace->Combined(accumulator, operand, combined);
     accumulator = combined;
   }
 }
 
 double FormulaScanner::Variable(CREFString& text) {
   SkipBlanks(text);
-  if (m_Trace) m_Trace->OperandBegin(text.text);
+  if (m_Trace) [[unlikely]] m_Trace->OperandBegin(text.text);
   if (text.IsEmpty()) return OperandRead(OperandKind::kMissing, text, 0);
   // Past the nesting bound the operand is 0 and nothing is consumed.
   if (m_Depth >= kMaxOperandDepth) return OperandRead(OperandKind::kTooDeep, text, 0);
@@ -128,10 +128,14 @@ double FormulaScanner::Variable(CREFString& text) {
     return OperandRead(OperandKind::kFunction, text, result, word);
   }
   double value = _IS2Double(word);  // no exponent is read: "1.5e3" is 1.5 (intended)
-  const bool isName = BeginsWithLetter(word);
-  const bool found = isName && m_Parameters.Parameters() && m_Parameters.FindNumber(word, &value);
-  return OperandRead(found ? OperandKind::kName : isName ? OperandKind::kUnknownName : OperandKind::kNumber, text,
-                     value, word);
+  const bool found = m_Parameters.Parameters() && BeginsWithLetter(word) && m_Parameters.FindNumber(word, &value);
+  if (m_Trace) [[unlikely]] {
+    const OperandKind kind = found                    ? OperandKind::kName
+                             : BeginsWithLetter(word) ? OperandKind::kUnknownName
+                                                      : OperandKind::kNumber;
+    m_Trace->OperandEnd(kind, text.text, value, word);
+  }
+  return value;
 }
 
 bool FormulaScanner::OpenArguments(CREFString& rest) { return ConsumeChar(rest, L'('); }

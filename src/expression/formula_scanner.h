@@ -76,7 +76,7 @@ class FormulaScanner {
 
   // Tells the trace (if any) that the current operand ended before `end` as `kind` with `value`; returns `value`.
   double OperandRead(OperandKind kind, const CREFString& end, double value, CREFString word = CREFString()) {
-    if (m_Trace) m_Trace->OperandEnd(kind, end.text, value, word);
+    if (m_Trace) [[unlikely]] m_Trace->OperandEnd(kind, end.text, value, word);
     return value;
   }
 
