@@ -51,6 +51,7 @@ TEST(FormulaExplanation, AgreesWithTheModuleAndWarnsOfEachPitfall) {
       {L"Sqrt 16 + 1", 5, std::nullopt},
       {L"Round(3.14159, 2)", 3.14, std::nullopt},
       {L"StrLen(Name)", 5, std::nullopt},
+      {L"Name*2", 0, PitfallKind::kTextValue},
       {L"If(Speed, 0, 10, 1, 0)", 0, std::nullopt},
       {L"3 4", 3, PitfallKind::kTextNotRead},
       {L"1+2)+5", 3, PitfallKind::kTextNotRead},

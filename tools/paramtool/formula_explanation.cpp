@@ -196,6 +196,7 @@ class Explainer {
                        " names no parameter of the files and bindings given, so it counts as 0.");
         break;
       case StepKind::kNumber: NumberWarnings(step); break;
+      case StepKind::kName: TextValueWarning(step); break;
       case StepKind::kTooDeep:
         if (!m_WarnedTooDeep)
           AddWarning(PitfallKind::kTooDeep, step.operandBegin, step.end,
@@ -219,6 +220,18 @@ class Explainer {
                      ": that is no error, the running value " + FormatNumberForMessage(step.runningBefore) +
                      " is replaced by 1000000000 and reading goes on.");
     }
+  }
+
+  // A parameter whose value is a text without digits counts as 0.
+  void TextValueWarning(const ExplanationStep& step) {
+    if (step.value != 0) return;
+    const SmartPtr<IString> held = m_Reader.FindText({static_cast<int32_t>(step.word.size()), step.word.c_str()});
+    const CREFString view = ViewOfString(held.get());
+    const std::wstring text(view.text, static_cast<size_t>(view.length));
+    if (!held || std::any_of(text.begin(), text.end(), IsDigit) || !m_WarnedNames.insert(step.word).second) return;
+    AddWarning(PitfallKind::kTextValue, step.operandBegin, step.end,
+               "\"" + Utf8Of(step.word) + "\" holds the text " + Quoted(text, 0, text.size()) +
+                   ", which counts as 0 in a formula.");
   }
 
   // The read part of a number word: optional sign, digits, one "." and digits.
@@ -522,6 +535,7 @@ const char* PitfallName(PitfallKind kind) {
     case PitfallKind::kNotANumber: return "not-a-number";
     case PitfallKind::kTextNotRead: return "text-not-read";
     case PitfallKind::kUnclosedParenthesis: return "unclosed-parenthesis";
+    case PitfallKind::kTextValue: return "text-value";
   }
   return "";
 }

@@ -43,6 +43,7 @@ enum class PitfallKind {
   kNotANumber,                // a word that is neither number nor name (a leading "+") counts as 0
   kTextNotRead,               // words dropped between operands, text after an unmatched ")"
   kUnclosedParenthesis,       // a "(" never closed: closed at the end
+  kTextValue,                 // a parameter holding a text without digits counts as 0
 };
 
 struct ExplanationStep {
