@@ -79,7 +79,8 @@ struct FormulaExplanation {
   bool drawsRandomNumbers = false;
 };
 
-// Where the value of a parameter came from ("" when not known).
+// Where the value of a parameter came from ("" when not known). The name is
+// the word as the formula writes it; parameters match it ignoring case.
 using OriginOfName = std::function<std::string(const std::wstring&)>;
 
 // Explains `formula` read against `set` (may be null). The tool's copy of the
