@@ -20,7 +20,7 @@ int32_t TruncateToInt32(double value) {
   return static_cast<int32_t>(value);
 }
 
-enum class Operator { kNone, kAdd, kSubtract, kMultiply, kDivide, kRemainder, kAnd, kOr };
+using Operator = FormulaOperator;
 
 // True when `word` (two characters or more) equals the start of `keyword` over
 // the word's own length, folding only A-Z. So "AN" reads as "AND" while "ANDX"
@@ -85,17 +85,23 @@ double FormulaScanner::SimpleExpression(CREFString& text) {
   for (;;) {
     SkipBlanks(text);
     if (text.IsEmpty() || text.text[0] == L')') return accumulator;
+    const wchar_t* const operatorStart = text.text;
     const Operator op = TakeOperator(text);
+    if (m_Trace) [[unlikely]] m_Trace->OperatorRead(op, operatorStart, text.text);
     if (op == Operator::kNone) continue;  // a word that is no operator is dropped
-    accumulator = Combine(op, accumulator, Variable(text));
+    const double operand = Variable(text);
+    const double combined = Combine(op, accumulator, operand);
+    if (m_Trace) [[unlikely]] m_Trace->Combined(accumulator, operand, combined);
+    accumulator = combined;
   }
 }
 
 double FormulaScanner::Variable(CREFString& text) {
   SkipBlanks(text);
-  if (text.IsEmpty()) return 0;
+  if (m_Trace) [[unlikely]] m_Trace->OperandBegin(text.text);
+  if (text.IsEmpty()) return OperandRead(OperandKind::kMissing, text, 0);
   // Past the nesting bound the operand is 0 and nothing is consumed.
-  if (m_Depth >= kMaxOperandDepth) return 0;
+  if (m_Depth >= kMaxOperandDepth) return OperandRead(OperandKind::kTooDeep, text, 0);
   struct DepthGuard {
     int32_t& depth;
     explicit DepthGuard(int32_t& d) : depth(d) { ++depth; }
@@ -107,18 +113,28 @@ double FormulaScanner::Variable(CREFString& text) {
     --text.length;
     const double value = SimpleExpression(text);
     ConsumeChar(text, L')');  // a missing ")" is tolerated
-    return value;
+    return OperandRead(OperandKind::kGroup, text, value);
   }
   if (text.text[0] == L'-') {
     ++text.text;
     --text.length;
-    return 0.0 - Variable(text);
+    const double negated = 0.0 - Variable(text);
+    return OperandRead(OperandKind::kNegation, text, negated);
   }
   CREFString word = TakeWord(text);
   const int32_t code = IsFunction(word, text);
-  if (code > 0) return Function(code, text);
+  if (code > 0) {
+    const double result = Function(code, text);
+    return OperandRead(OperandKind::kFunction, text, result, word);
+  }
   double value = _IS2Double(word);  // no exponent is read: "1.5e3" is 1.5 (intended)
-  if (m_Parameters.Parameters() && BeginsWithLetter(word)) m_Parameters.FindNumber(word, &value);
+  const bool found = m_Parameters.Parameters() && BeginsWithLetter(word) && m_Parameters.FindNumber(word, &value);
+  if (m_Trace) [[unlikely]] {
+    const OperandKind kind = found                    ? OperandKind::kName
+                             : BeginsWithLetter(word) ? OperandKind::kUnknownName
+                                                      : OperandKind::kNumber;
+    m_Trace->OperandEnd(kind, text.text, value, word);
+  }
   return value;
 }
 
@@ -132,9 +148,9 @@ bool FormulaScanner::NextArgument(CREFString& rest, double* value) {
 
 void FormulaScanner::CloseArguments(CREFString& rest) { ConsumeChar(rest, L')'); }
 
-double EvaluateFormulaText(tagREFString text, const ParameterReader& parameters) {
+double EvaluateFormulaText(tagREFString text, const ParameterReader& parameters, FormulaTrace* trace) {
   CREFString prepared = PrepareFormulaText(text);
   if (prepared.IsEmpty()) return 0;
-  FormulaScanner scanner(parameters);
+  FormulaScanner scanner(parameters, trace);
   return scanner.SimpleExpression(prepared);
 }

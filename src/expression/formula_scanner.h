@@ -12,8 +12,12 @@
 // (parentheses, unary minus, function arguments) counts as 0 and consumes
 // nothing, so the text that follows is read by the enclosing chain. A text of
 // any length therefore evaluates in bounded stack space and linear time.
+//
+// A FormulaTrace (formula_trace.h) given to the scanner is told about every
+// operand and operator as it is read; explanations of formulas come from it.
 #pragma once
 
+#include "expression/formula_trace.h"
 #include "expression/parameter_reader.h"
 
 // Function codes: 1 to 49 for ordinary functions, 0x801 to 0x805 for
@@ -35,7 +39,9 @@ class FormulaScanner {
   // Deepest operand nesting that is evaluated; deeper operands count as 0.
   static constexpr int32_t kMaxOperandDepth = 100;
 
-  explicit FormulaScanner(const ParameterReader& parameters) : m_Parameters(parameters) {}
+  // `trace` (may be null) watches the reading; it must outlive the scanner.
+  explicit FormulaScanner(const ParameterReader& parameters, FormulaTrace* trace = nullptr)
+      : m_Parameters(parameters), m_Trace(trace) {}
 
   // A chain of operands and operators from the front of `text`; stops at the
   // end or before a ")" (left for the caller).
@@ -68,7 +74,14 @@ class FormulaScanner {
   double FindFunction(CREFString& rest);
   double RangeFunction(int32_t code, CREFString& rest);
 
+  // Tells the trace (if any) that the current operand ended before `end` as `kind` with `value`; returns `value`.
+  double OperandRead(OperandKind kind, const CREFString& end, double value, CREFString word = CREFString()) {
+    if (m_Trace) [[unlikely]] m_Trace->OperandEnd(kind, end.text, value, word);
+    return value;
+  }
+
   const ParameterReader& m_Parameters;
+  FormulaTrace* m_Trace;
   int32_t m_Depth = 0;  // operands being evaluated, one inside the other
 };
 
@@ -84,5 +97,6 @@ struct ValueStatistics {
 };
 
 // Evaluates a formula text as the expression objects do: prepared by
-// PrepareFormulaText, then one operator chain against `parameters`.
-double EvaluateFormulaText(tagREFString text, const ParameterReader& parameters);
+// PrepareFormulaText, then one operator chain against `parameters`, watched by
+// `trace` when one is given.
+double EvaluateFormulaText(tagREFString text, const ParameterReader& parameters, FormulaTrace* trace = nullptr);

@@ -7,6 +7,8 @@
 
 #include <filesystem>
 
+#include "runtime/module_loader.h"
+
 namespace {
 
 typedef int32_t (*CreateFunctionType)(tagREFString, void**);
@@ -55,6 +57,8 @@ bool Host::Start(const std::string& moduleFolder, std::string* error) {
     *error = "the global component collection could not be created";
     return false;
   }
+  // The formula scanner linked into the tool makes its framework objects through this same collection.
+  ReplaceGlobalComponents(m_Collection.get());
   return true;
 }
 

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <iostream>
 
+#include "explain_command.h"
 #include "host.h"
 
 namespace {
@@ -36,6 +37,13 @@ int main(int argc, char** argv) {
   app.add_option("--modules", moduleFolder, "folder that holds _binlinux/ (default: the tool's own folder)");
 
   CLI::App* classes = app.add_subcommand("classes", "list which module serves which class name");
+  CLI::App* explain = app.add_subcommand("explain", "show how a formula is read, piece by piece, and its pitfalls");
+  std::string formula;
+  std::vector<std::string> bindings;
+  bool json = false;
+  explain->add_option("FORMULA", formula, "the formula")->required();
+  explain->add_option("NAME=VALUE", bindings, "parameters the formula reads");
+  explain->add_flag("--json", json, "print the explanation as JSON");
 
   CLI11_PARSE(app, argc, argv);
 
@@ -46,5 +54,6 @@ int main(int argc, char** argv) {
     return 2;
   }
   if (*classes) return ListClasses(host);
+  if (*explain) return RunExplainCommand(host, formula, bindings, json);
   return 0;
 }
