@@ -110,6 +110,8 @@ class Ref {
 // Collections.so and Parameters.so. Once per process; later calls check only
 // that the same folder is asked for.
 Status Start(const std::string& moduleFolder);
+// The folder of the running program (where a build puts its _binlinux/ beside it).
+std::string ProgramFolder();
 // `path` made absolute against the directory that was current when Start ran.
 std::string ResolvePath(const std::string& path);
 

@@ -94,6 +94,13 @@ Status Start(const std::string& moduleFolder) {
   return Status();
 }
 
+std::string ProgramFolder() {
+  char buffer[PATH_MAX];
+  const ssize_t length = readlink("/proc/self/exe", buffer, sizeof(buffer) - 1);
+  if (length <= 0) return CurrentFolder();
+  return std::filesystem::path(std::string(buffer, static_cast<size_t>(length))).parent_path().string();
+}
+
 std::string ResolvePath(const std::string& path) {
   const std::string& base = State().callerFolder;
   std::filesystem::path resolved(path);

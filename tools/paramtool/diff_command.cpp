@@ -18,15 +18,18 @@ struct Change {
   std::string name, before, after;
 };
 
-// What is compared of one parameter: its value text, and its flags and
+// A parameter as the comparison sees it: its value text, and its flags and
 // descriptor when both files can hold them.
-std::string Description(const paramhost::ParameterRecord& record, bool withDetails) {
-  std::string text = paramhost::ToUtf8(record.value.ToText());
-  if (!withDetails) return text;
-  if (record.flags) text += "  flags " + FlagsText(record.flags);
-  if (record.descriptor) text += "  [" + DescriptorText(record.descriptor.get()) + "]";
-  return text;
-}
+struct Compared {
+  std::string value, details;
+  Compared(const paramhost::ParameterRecord& record, bool withDetails)
+      : value(paramhost::ToUtf8(record.value.ToText())) {
+    if (!withDetails) return;
+    if (record.flags) details += "  flags " + FlagsText(record.flags);
+    if (record.descriptor) details += "  [" + DescriptorText(record.descriptor.get()) + "]";
+  }
+  std::string Full() const { return value + details; }
+};
 
 // INI and CSV files keep names and values only.
 bool KeepsDetails(const std::string& file) {
@@ -40,18 +43,22 @@ std::vector<Change> Compare(const paramhost::ParameterSet& first, const paramhos
   for (int32_t i = 0, count = first.Count(); i < count; ++i) {
     const paramhost::ParameterRecord record = first.At(i);
     const int32_t other = second.IndexOf(record.name);
-    const std::string before = Description(record, withDetails);
+    const Compared before(record, withDetails);
     if (other < 0) {
-      changes.push_back({'-', paramhost::ToUtf8(record.name), before, ""});
+      changes.push_back({'-', paramhost::ToUtf8(record.name), before.Full(), ""});
       continue;
     }
-    const std::string after = Description(second.At(other), withDetails);
-    if (after != before) changes.push_back({'~', paramhost::ToUtf8(record.name), before, after});
+    const Compared after(second.At(other), withDetails);
+    // Only the value is shown when only the value changed.
+    if (before.details != after.details)
+      changes.push_back({'~', paramhost::ToUtf8(record.name), before.Full(), after.Full()});
+    else if (before.value != after.value)
+      changes.push_back({'~', paramhost::ToUtf8(record.name), before.value, after.value});
   }
   for (int32_t i = 0, count = second.Count(); i < count; ++i) {
     const paramhost::ParameterRecord record = second.At(i);
     if (first.IndexOf(record.name) < 0)
-      changes.push_back({'+', paramhost::ToUtf8(record.name), "", Description(record, withDetails)});
+      changes.push_back({'+', paramhost::ToUtf8(record.name), "", Compared(record, withDetails).Full()});
   }
   return changes;
 }
@@ -87,7 +94,9 @@ int RunDiff(const DiffOptions& options) {
       Compare(*first, *second, KeepsDetails(options.first) && KeepsDetails(options.second));
   if (options.json) {
     PrintJson(changes);
-  } else if (!changes.empty()) {
+  } else if (changes.empty()) {
+    std::printf("%s and %s hold the same parameters\n", options.first.c_str(), options.second.c_str());
+  } else {
     TextTable table({"", "NAME", options.first, options.second});
     for (const Change& change : changes) table.AddRow({std::string(1, change.mark), change.name, change.before, change.after});
     table.Print();

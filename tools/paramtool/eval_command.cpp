@@ -75,8 +75,7 @@ void AddEvalCommand(CLI::App& app, CommandAction& action) {
       "eval", "evaluate formulas against parameters from files (-p) and NAME=VALUE arguments");
   eval->add_option("FORMULA|NAME=VALUE", options->words,
                    "formulas to evaluate in order, and NAME=VALUE parameters (a name, then \"=\")");
-  eval->add_option("-p,--parameters", options->files,
-                   "parameter file, repeatable; later files override earlier ones, NAME=VALUE overrides all");
+  AddParameterFilesOption(eval, &options->files);
   eval->add_option("-f,--formulas", options->formulaFile, "file with one formula a line (# starts a comment line)");
   eval->add_flag("--json", options->json, "print a JSON array of {formula, value, kind}");
   eval->callback([&action, options] { action = [options] { return RunEval(*options); }; });

@@ -1,20 +1,7 @@
 // paramtool: parameter sets, formulas and templates from the command line.
-#include <limits.h>
-#include <unistd.h>
-
-#include <filesystem>
-
 #include "commands.h"
 
 namespace {
-
-// The folder holding the running executable (its _binlinux/ is the default module folder).
-std::string ExecutableFolder() {
-  char buffer[PATH_MAX];
-  ssize_t length = readlink("/proc/self/exe", buffer, sizeof(buffer) - 1);
-  if (length <= 0) return ".";
-  return std::filesystem::path(std::string(buffer, static_cast<size_t>(length))).parent_path().string();
-}
 
 // The first word that is not an option (nor the value of --modules), or "".
 std::string FirstCommandWord(int argc, char** argv) {
@@ -36,7 +23,7 @@ int main(int argc, char** argv) {
       "paramtool: parameter sets, formulas and templates from the command line.\n"
       "Exit status: 0 success (find: yes, diff: same), 1 find: no, diff: different, 2 any error."};
   app.require_subcommand(1);
-  std::string moduleFolder = ExecutableFolder();
+  std::string moduleFolder = paramhost::ProgramFolder();
   app.add_option("--modules", moduleFolder, "folder that holds _binlinux/ (default: the tool's own folder)");
 
   CommandAction action;

@@ -57,8 +57,7 @@ void AddRenderCommand(CLI::App& app, CommandAction& action) {
   CLI::App* render = app.add_subcommand("render", "fill the tags of a template (__Name__ by default) with values");
   render->add_option("TEMPLATE", options->templateFile, "template text file")->required();
   render->add_option("NAME=VALUE", options->assignments, "parameters given on the command line (override files)");
-  render->add_option("-p,--parameters", options->files,
-                     "parameter file, repeatable; later files override earlier ones");
+  AddParameterFilesOption(render, &options->files);
   render->add_option("--tags", options->tags, "opening and closing tag (default: __ __)")->expected(2);
   render->add_flag("--drop-unknown", options->dropUnknown, "remove tags naming no parameter instead of keeping them");
   render->add_option("-o,--output", options->output, "write to this file (replaced safely) instead of standard output");

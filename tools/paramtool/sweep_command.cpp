@@ -69,7 +69,7 @@ void AddSweepCommand(CLI::App& app, CommandAction& action) {
   sweep->add_option("TO", options->to, "last value")->required();
   sweep->add_option("STEPS", options->steps, "number of steps (STEPS + 1 points)")->required();
   sweep->add_option("NAME=VALUE", options->assignments, "other parameters given on the command line");
-  sweep->add_option("-p,--parameters", options->files, "parameter file, repeatable; later files override earlier ones");
+  AddParameterFilesOption(sweep, &options->files);
   sweep->add_option("--svg", options->svg, "also draw the curve as an SVG line plot into this file");
   sweep->callback([&action, options] { action = [options] { return RunSweep(*options); }; });
 }

@@ -6,6 +6,14 @@
 
 using paramhost::Ref;
 
+void AddParameterFilesOption(CLI::App* command, std::vector<std::string>* files) {
+  command
+      ->add_option("-p,--parameters", *files,
+                   "parameter file (.xml, .ini, .csv, .tree), repeatable; later sources override earlier ones "
+                   "and NAME=VALUE arguments override every file")
+      ->allow_extra_args(false);
+}
+
 int ReportError(const std::string& message) {
   std::fprintf(stderr, "paramtool: %s\n", message.c_str());
   return kExitError;

@@ -18,6 +18,9 @@ constexpr int kExitError = 2;  // usage, missing or malformed file, unwritable o
 // What a command does once the framework is started; set by the command's parse callback.
 using CommandAction = std::function<int()>;
 
+// The -p FILE option of eval, render and sweep: one file per -p, repeatable.
+void AddParameterFilesOption(CLI::App* command, std::vector<std::string>* files);
+
 // Prints "paramtool: <message>" on standard error and answers kExitError.
 int ReportError(const std::string& message);
 // Writes wide text to standard output as UTF-8.
