@@ -9,6 +9,7 @@ namespace {
 
 constexpr double kWidth = 640, kHeight = 400;
 constexpr double kLeft = 80, kRight = 24, kTop = 44, kBottom = 56;
+constexpr size_t kMaxMarkedPoints = 50;
 
 std::string Escaped(const std::string& text) {
   std::string escaped;
@@ -129,5 +130,13 @@ std::string SvgLinePlot(const std::vector<double>& x, const std::vector<double>&
     points += Coordinate(screenX(x[i])) + "," + Coordinate(screenY(y[i]));
   }
   flush();
+  // Few enough points to tell apart: each gets a dot.
+  if (x.size() <= kMaxMarkedPoints) {
+    svg += "<g fill=\"#1f77b4\">\n";
+    for (size_t i = 0; i < x.size() && i < y.size(); ++i)
+      if (std::isfinite(x[i]) && std::isfinite(y[i]))
+        svg += "<circle cx=\"" + Coordinate(screenX(x[i])) + "\" cy=\"" + Coordinate(screenY(y[i])) + "\" r=\"3\"/>\n";
+    svg += "</g>\n";
+  }
   return svg + "</svg>\n";
 }
