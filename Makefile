@@ -18,7 +18,7 @@ build: configure
 	@cmake --build $(BUILD)
 
 run: build
-	@$(BUILD)/paramtool classes
+	@scripts/tour $(BUILD)
 
 test: build
 	@cd $(BUILD) && ctest --output-on-failure -j2

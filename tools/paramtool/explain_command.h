@@ -2,18 +2,10 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "formula_explanation.h"
-
-class Host;
 
 // Explains `formula` against `set` (may be null) and prints the explanation
 // (text or JSON) on standard output. Returns 0, or 2 with a message on
 // standard error when the explanation disagrees with the module's own value.
 int RunExplain(const std::wstring& formula, IParameters* set, const OriginOfName& originOf, bool json);
-
-// The command as given on the command line: FORMULA and NAME=VALUE bindings,
-// each value read as a number when it looks like one, else as text.
-int RunExplainCommand(const Host& host, const std::string& formula, const std::vector<std::string>& bindings,
-                      bool json);

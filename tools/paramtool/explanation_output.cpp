@@ -5,7 +5,7 @@
 #include <cstdio>
 
 #include "formula_explanation.h"
-#include "wide_text.h"
+#include "param_host.h"
 
 namespace {
 
@@ -73,7 +73,7 @@ std::wstring Reading(const ExplanationStep& step) {
   switch (step.kind) {
     case StepKind::kNumber: return !step.word.empty() && step.word[0] == L'#' ? L"hexadecimal number" : L"number";
     case StepKind::kName:
-      return L"parameter " + step.word + (step.origin.empty() ? L"" : L", from " + WideOf(step.origin));
+      return L"parameter " + step.word + (step.origin.empty() ? L"" : L", from " + paramhost::FromUtf8(step.origin));
     case StepKind::kUnknownName: return L"unknown name: 0";
     case StepKind::kFunction:
       return L"function " + step.word +
@@ -96,7 +96,7 @@ bool IsOperand(StepKind kind) {
 void AppendLine(std::string& out, const std::wstring& line) {
   size_t end = line.size();
   while (end > 0 && line[end - 1] == L' ') --end;
-  out += Utf8Of(std::wstring_view(line).substr(0, end));
+  out += paramhost::ToUtf8(std::wstring_view(line).substr(0, end));
   out += '\n';
 }
 
@@ -179,14 +179,14 @@ void AppendWarnings(std::string& out, const FormulaExplanation& e) {
   }
 }
 
-std::string OperatorName(wchar_t op) { return Utf8Of(OperatorText(op)); }
+std::string OperatorName(wchar_t op) { return paramhost::ToUtf8(OperatorText(op)); }
 
 nlohmann::ordered_json Span(const FormulaExplanation& e, const char* kind, size_t begin, size_t end) {
   nlohmann::ordered_json span;
   span["kind"] = kind;
   span["begin"] = begin;
   span["end"] = end;
-  span["text"] = Utf8Of(std::wstring_view(e.formula).substr(begin, end - begin));
+  span["text"] = paramhost::ToUtf8(std::wstring_view(e.formula).substr(begin, end - begin));
   return span;
 }
 
@@ -194,7 +194,7 @@ nlohmann::ordered_json Span(const FormulaExplanation& e, const char* kind, size_
 
 std::string ExplanationText(const FormulaExplanation& e) {
   std::string out;
-  out += "Formula   " + Utf8Of(Drawable(e.formula)) + "\n";
+  out += "Formula   " + paramhost::ToUtf8(Drawable(e.formula)) + "\n";
   out += "Value     " + Number(e.value) + "\n";
   AppendCheck(out, e);
   out += "\n";
@@ -209,7 +209,7 @@ std::string ExplanationText(const FormulaExplanation& e) {
 
 std::string ExplanationJson(const FormulaExplanation& e) {
   nlohmann::ordered_json json;
-  json["formula"] = Utf8Of(e.formula);
+  json["formula"] = paramhost::ToUtf8(e.formula);
   json["value"] = e.value;
   json["module_value"] = e.moduleEvaluated ? nlohmann::ordered_json(e.moduleValue) : nlohmann::ordered_json();
   json["agrees"] = e.agrees;
@@ -221,7 +221,7 @@ std::string ExplanationJson(const FormulaExplanation& e) {
     item["depth"] = step.depth;
     item["parent"] = step.parent;
     if (step.op) item["operator"] = OperatorName(step.op);
-    if (!step.word.empty()) item["word"] = Utf8Of(step.word);
+    if (!step.word.empty()) item["word"] = paramhost::ToUtf8(step.word);
     if (!step.origin.empty()) item["origin"] = step.origin;
     if (step.kind == StepKind::kFunction) item["arguments"] = step.arguments;
     if (IsOperand(step.kind)) item["value"] = step.value;
@@ -237,6 +237,6 @@ std::string ExplanationJson(const FormulaExplanation& e) {
     warnings.push_back(std::move(item));
   }
   json["warnings"] = std::move(warnings);
-  // Text that is not valid UTF-8 cannot occur (Utf8Of replaces it); replace rather than throw all the same.
+  // Text that is not valid UTF-8 cannot occur (ToUtf8 replaces it); replace rather than throw all the same.
   return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }

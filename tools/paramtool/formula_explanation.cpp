@@ -10,7 +10,7 @@
 #include "expression/formula_scanner.h"
 #include "expression/formula_text.h"
 #include "runtime/module_loader.h"
-#include "wide_text.h"
+#include "param_host.h"
 
 namespace {
 
@@ -131,7 +131,7 @@ constexpr int kMostFixesEvaluated = 8;
 std::string Quoted(const std::wstring& formula, size_t begin, size_t end) {
   const bool cut = end - begin > kLongestQuote;
   const std::wstring_view piece = std::wstring_view(formula).substr(begin, cut ? kLongestQuote : end - begin);
-  return "\"" + Utf8Of(piece) + (cut ? "...\"" : "\"");
+  return "\"" + paramhost::ToUtf8(piece) + (cut ? "...\"" : "\"");
 }
 
 size_t SkipBlanksFrom(const std::wstring& text, size_t at, size_t limit) {
@@ -171,7 +171,7 @@ class Explainer {
     if (!m_Result.drawsRandomNumbers)
       *value = FormatNumberForMessage(
           EvaluateFormulaText({static_cast<int32_t>(text.size()), text.c_str()}, m_Reader));
-    return Utf8Of(std::wstring_view(text).substr(from, to + 2 - from));
+    return paramhost::ToUtf8(std::wstring_view(text).substr(from, to + 2 - from));
   }
 
   static std::string FixSentence(const std::string& lead, const std::string& fixed, const std::string& value) {
@@ -230,7 +230,7 @@ class Explainer {
     const std::wstring text(view.text, static_cast<size_t>(view.length));
     if (!held || std::any_of(text.begin(), text.end(), IsDigit) || !m_WarnedNames.insert(step.word).second) return;
     AddWarning(PitfallKind::kTextValue, step.operandBegin, step.end,
-               "\"" + Utf8Of(step.word) + "\" holds the text " + Quoted(text, 0, text.size()) +
+               "\"" + paramhost::ToUtf8(step.word) + "\" holds the text " + Quoted(text, 0, text.size()) +
                    ", which counts as 0 in a formula.");
   }
 
@@ -252,7 +252,7 @@ class Explainer {
       }
     }
     const size_t end = (word.back() == L'"' && start == 1) ? word.size() - 1 : word.size();
-    const std::string quotedWord = "\"" + Utf8Of(word) + "\"";
+    const std::string quotedWord = "\"" + paramhost::ToUtf8(word) + "\"";
     if (!digits) {
       AddWarning(PitfallKind::kNotANumber, step.operandBegin, step.end,
                  quotedWord + " is no number, and only words that begin with a letter are looked up as names:"
@@ -263,7 +263,7 @@ class Explainer {
     if (IsExponentText(std::wstring_view(word).substr(at, end - at))) {
       ExponentWarning(step, word.substr(start, at - start), word.substr(at, end - at), step.end);
     } else {
-      const std::string read = Utf8Of(word.substr(start, at - start));
+      const std::string read = paramhost::ToUtf8(word.substr(start, at - start));
       AddWarning(PitfallKind::kTextNotRead, step.operandBegin, step.end,
                  "Only " + read + " of " + quotedWord + " is read as a number; the rest counts for nothing.");
     }
@@ -286,9 +286,9 @@ class Explainer {
   // `number` was read and `exponent` after it was not.
   void ExponentWarning(const ExplanationStep& step, const std::wstring& number, const std::wstring& exponent,
                        size_t end) {
-    const std::string whole = Utf8Of(number + exponent);
+    const std::string whole = paramhost::ToUtf8(number + exponent);
     AddWarning(PitfallKind::kExponentNotRead, step.operandBegin, end,
-               "\"" + whole + "\" is read as " + Utf8Of(number) + ": exponents are not read. Write " +
+               "\"" + whole + "\" is read as " + paramhost::ToUtf8(number) + ": exponents are not read. Write " +
                    FormatNumberForMessage(std::strtod(whole.c_str(), nullptr)) + " instead.");
   }
 
@@ -307,7 +307,7 @@ class Explainer {
         m_Result.steps[static_cast<size_t>(lastArgument)].operandBegin == open)
       return;
     const size_t next = SkipBlanksFrom(f, step.end, f.size());
-    const std::string name = Utf8Of(step.word);
+    const std::string name = paramhost::ToUtf8(step.word);
     if (next >= m_PreparedEnd) {
       AddWarning(PitfallKind::kUnclosedParenthesis, open, open + 1,
                  "The argument list of " + name + " is never closed; it is read as if closed at the end.");

@@ -1,59 +1,56 @@
-// paramtool: a host command-line tool for the parameter module.
-#include <CLI/CLI.hpp>
-
-#include <cstdio>
-#include <iostream>
-
-#include "explain_command.h"
-#include "host.h"
+// paramtool: parameter sets, formulas and templates from the command line.
+#include "commands.h"
 
 namespace {
 
-// Every class name a host can ask the framework for.
-const wchar_t* const kKnownClasses[] = {
-    L"ConditionalExpression", L"Expression", L"ExpressionBuilder", L"InputParameter", L"InputParameters",
-    L"ParametersCreatable", L"ParametersCreator", L"TextParser", L"ParamCollection",
-    L"GlobalComponentCollection", L"ComponentString", L"CreatableString", L"Variant", L"SuperCollection",
-    L"StringCollection", L"DblBuffer", L"DataStream", L"ASCIIStream", L"XMLStream", L"XMLStreamEx",
-    L"XMLFile", L"FolderStream", L"FileInfo", L"CSVStream", L"INIStream", L"INIFileEx", L"Registry",
-    L"ActiveWorkspace",
-};
-
-// Lists which module serves which class; a class no module serves shows "-".
-int ListClasses(const Host& host) {
-  for (const wchar_t* name : kKnownClasses) {
-    std::wstring module = host.ModuleOf(name);
-    std::printf("%-26ls %ls\n", name, module.empty() ? L"-" : module.c_str());
+// The first word that is not an option (nor the value of --modules), or "".
+std::string FirstCommandWord(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string word = argv[i];
+    if (word == "--modules") {
+      ++i;
+      continue;
+    }
+    if (!word.empty() && word[0] != '-') return word;
   }
-  return 0;
+  return "";
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app{"paramtool: parameter sets, formulas and templates from the command line"};
+  CLI::App app{
+      "paramtool: parameter sets, formulas and templates from the command line.\n"
+      "Exit status: 0 success (find: yes, diff: same), 1 find: no, diff: different, 2 any error."};
   app.require_subcommand(1);
-  std::string moduleFolder = ExecutableFolder();
+  std::string moduleFolder = paramhost::ProgramFolder();
   app.add_option("--modules", moduleFolder, "folder that holds _binlinux/ (default: the tool's own folder)");
 
-  CLI::App* classes = app.add_subcommand("classes", "list which module serves which class name");
-  CLI::App* explain = app.add_subcommand("explain", "show how a formula is read, piece by piece, and its pitfalls");
-  std::string formula;
-  std::vector<std::string> bindings;
-  bool json = false;
-  explain->add_option("FORMULA", formula, "the formula")->required();
-  explain->add_option("NAME=VALUE", bindings, "parameters the formula reads");
-  explain->add_flag("--json", json, "print the explanation as JSON");
+  CommandAction action;
+  AddShowCommand(app, action);
+  AddEvalCommand(app, action);
+  AddExplainCommand(app, action);
+  AddRenderCommand(app, action);
+  AddConvertCommand(app, action);
+  AddDiffCommand(app, action);
+  AddFindCommand(app, action);
+  AddSetCommand(app, action);
+  AddSweepCommand(app, action);
+  AddClassesCommand(app, action);
 
-  CLI11_PARSE(app, argc, argv);
-
-  Host host;
-  std::string error;
-  if (!host.Start(AbsolutePath(moduleFolder), &error)) {
-    std::fprintf(stderr, "paramtool: %s\n", error.c_str());
-    return 2;
+  const std::string command = FirstCommandWord(argc, argv);
+  const auto named = [&command](CLI::App* sub) { return sub->get_name() == command; };
+  if (!command.empty() && app.get_subcommands(named).empty())
+    return ReportError("unknown command '" + command + "' (paramtool --help lists the commands)");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp& help) {
+    return app.exit(help);
+  } catch (const CLI::CallForAllHelp& help) {
+    return app.exit(help);
+  } catch (const CLI::ParseError& error) {
+    return ReportError(std::string(error.what()) + (command.empty() ? "" : " (paramtool " + command + " --help)"));
   }
-  if (*classes) return ListClasses(host);
-  if (*explain) return RunExplainCommand(host, formula, bindings, json);
-  return 0;
+  if (paramhost::Status started = paramhost::Start(moduleFolder); !started) return ReportError(started.message());
+  return action ? action() : kExitError;
 }
