@@ -72,10 +72,12 @@ int32_t FormulaScanner::IsFunction(CREFString& word, CREFString& rest) {
   return found->code;
 }
 
+// The text is searched before the set is asked for the interface: the search is the cheaper test.
 HRESULT FormulaScanner::IsSpreadSheetFunction(CREFString& rest) {
-  if (!QueryAs<IUISpreadSheet>(m_Parameters.Parameters())) return E_FAIL;
+  bool rangeMarked = false;
   // The whole rest of the text is searched, not only the arguments that follow (intended).
-  for (int32_t i = 0; i + 1 < rest.length; ++i)
-    if (rest.text[i] == L'.' && rest.text[i + 1] == L'.') return S_OK;
-  return E_FAIL;
+  for (int32_t i = 0; i + 1 < rest.length && !rangeMarked; ++i)
+    rangeMarked = rest.text[i] == L'.' && rest.text[i + 1] == L'.';
+  if (!rangeMarked || !QueryAs<IUISpreadSheet>(m_Parameters.Parameters())) return E_FAIL;
+  return S_OK;
 }
