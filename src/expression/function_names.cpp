@@ -47,7 +47,12 @@ constexpr NameGroup kByLength[] = {{nullptr, 0},       {nullptr, 0},       Group
                                    GroupOf(kLength8)};
 constexpr int32_t kLongestName = 8;
 
-wchar_t Fold(wchar_t c) { return static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c))); }
+// Characters below 'A' and the lower-case ASCII letters fold to themselves in
+// every locale, so only the others need the C library.
+wchar_t Fold(wchar_t c) {
+  if (c < L'A' || (c >= L'a' && c <= L'z')) return c;
+  return static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c)));
+}
 
 const FunctionName* FindName(const CREFString& word) {
   if (word.length < 2 || word.length > kLongestName) return nullptr;
