@@ -42,11 +42,15 @@ armhf:
 	@cmake --build $(ARMHF_BUILD)
 	@cd $(ARMHF_BUILD) && ctest --output-on-failure -j2
 
-# Benchmarks (speed and memory), built with optimisation in a build folder of their own.
+# Benchmarks (speed and memory), built with optimisation in a build folder of
+# their own; each program writes a JSON report, and the run ends with one table
+# of figures, peer figures, ratios and targets (docs/performance.md).
 bench: bootstrap
 	@cmake -S . -B build-bench $(GENERATOR) -DCMAKE_BUILD_TYPE=Release -DPARAMS_BUILD_TESTS=OFF -DPARAMS_BUILD_BENCH=ON >/dev/null
 	@cmake --build build-bench
-	@cd build-bench && for b in bench/*_bench; do ./$$b; done
+	@cd build-bench && for b in bench/*_bench; do \
+	  ./$$b --benchmark_out=$$b.json --benchmark_out_format=json || exit 1; done
+	@python3 bench/summarize.py build-bench/bench/*_bench.json
 
 clean:
 	rm -rf $(BUILD) build-*

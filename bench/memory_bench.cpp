@@ -1,7 +1,9 @@
 // Heap held per parameter of a parameter set and per item of a named
-// collection (names, values, records and lookup index together).
+// collection (names, values, records and lookup index together), and the
+// growth of the process's peak resident size while a set fills.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
+#include <sys/resource.h>
 
 #include <string>
 
@@ -11,13 +13,22 @@ namespace {
 
 size_t HeapInUse() { return mallinfo2().uordblks; }
 
+// Peak resident size of the process so far, in bytes.
+double PeakResidentBytes() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return static_cast<double>(usage.ru_maxrss) * 1024.0;
+}
+
 using bench_support::MakeName;
 
 // Every parameter gets its own name string and its own value variant, as a loaded file would give.
 void BM_ParameterSetMemory(benchmark::State& state) {
   const int64_t count = state.range(0);
   double bytesPerParameter = 0;
+  double peakPerParameter = 0;
   for (auto _ : state) {
+    const double peakBefore = PeakResidentBytes();
     const size_t before = HeapInUse();
     SmartPtr<IParametersCreatable> set = CreateObjectAs<IParametersCreatable>(L"ParametersCreatable");
     for (int64_t i = 0; i < count; ++i) {
@@ -28,8 +39,10 @@ void BM_ParameterSetMemory(benchmark::State& state) {
     int32_t index = -1;
     set->get_Index(MakeName(L"param_1").get(), &index);  // the lookup index exists from here on
     bytesPerParameter = static_cast<double>(HeapInUse() - before) / static_cast<double>(count);
+    peakPerParameter = (PeakResidentBytes() - peakBefore) / static_cast<double>(count);
   }
   state.counters["bytes_per_parameter"] = bytesPerParameter;
+  state.counters["peak_rss_per_parameter"] = peakPerParameter;
 }
 BENCHMARK(BM_ParameterSetMemory)->Arg(100000)->Iterations(1)->Unit(benchmark::kMillisecond);
 

@@ -242,12 +242,15 @@ HRESULT FileArchiveSave(tagREFString name, const unsigned char* data, unsigned i
       return E_OUTOFMEMORY;
     }
     if (!append) units.insert(units.end(), {0xFF, 0xFE});
+    const size_t start = units.size();
+    units.resize(start + 2 * characters);
+    unsigned char* unit = units.data() + start;
     const wchar_t* text = reinterpret_cast<const wchar_t*>(data);
-    for (size_t i = 0; i < characters; ++i) {
+    for (size_t i = 0; i < characters; ++i, unit += 2) {
       wchar_t c;
       std::memcpy(&c, text + i, sizeof(c));
-      units.push_back(static_cast<unsigned char>(c & 0xFF));
-      units.push_back(static_cast<unsigned char>(c >> 8 & 0xFF));
+      unit[0] = static_cast<unsigned char>(c & 0xFF);
+      unit[1] = static_cast<unsigned char>(c >> 8 & 0xFF);
     }
   }
 

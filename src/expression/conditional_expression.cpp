@@ -9,7 +9,7 @@ HRESULT CConditionalExpression::FinalConstruct() {
   SmartPtr<IExpression> first = CreateObjectAs<IExpression>(L"Expression");
   SmartPtr<IExpression> second = CreateObjectAs<IExpression>(L"Expression");
   if (!empty || !first || !second) return CO_E_CREATEFAILED;
-  m_State.m_Value = empty;
+  m_State.SetValue(empty.get());
   m_First = first;
   m_Second = second;
   return S_OK;

@@ -147,7 +147,7 @@ HRESULT CExpressionBuilder::Evaluate(IParameters* parameters) {
   SmartPtr<IVariant> value = SmartPtr<IVariant>::Adopt(CREFString::CreateVariant());
   if (!string || !value) return CO_E_CREATEFAILED;
   value->SetString(string.get());
-  m_State.m_Value = value;
+  m_State.SetValue(value.get());
   return S_OK;
 }
 

@@ -80,7 +80,7 @@ HRESULT LoadXML(ExpressionState& state, IXMLStream* xml) {
     if (!loaded) return CO_E_CREATEFAILED;
   }
   state.m_Text = formula;
-  state.m_Value = loaded;
+  state.SetValue(loaded.get());
   return S_OK;
 }
 
@@ -104,7 +104,7 @@ HRESULT LoadFolder(ExpressionState& state, IFolderStream* folder) {
   folder->ReadString(kFormulaName, formula.Receive());
   folder->ReadValue(kValueName, value.Receive());
   state.m_Text = formula;
-  state.m_Value = value;
+  state.SetValue(value.get());
   return S_OK;
 }
 

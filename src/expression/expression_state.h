@@ -13,10 +13,17 @@ class ExpressionState {
   // The value with a reference added: E_POINTER for a null out, E_FAIL (and null) when there is none.
   HRESULT GetValue(IVariant** value) const;
   // Replaces the value; null clears it.
-  void SetValue(IVariant* value) { m_Value = SmartPtr<IVariant>(value); }
-  // Stores `number` in a new variant as the value.
+  void SetValue(IVariant* value) {
+    m_Value = SmartPtr<IVariant>(value);
+    m_ValueMadeHere = false;
+  }
+  // Stores `number` as the value: in a new variant, or in the one the last
+  // call made when nothing else holds it (which no caller can tell apart).
   HRESULT SetNumber(double number);
 
   SmartPtr<IString> m_Text;
-  SmartPtr<IVariant> m_Value;
+  SmartPtr<IVariant> m_Value;  // written only through SetValue and SetNumber
+
+ private:
+  bool m_ValueMadeHere = false;  // m_Value is a framework variant made by SetNumber
 };

@@ -47,7 +47,12 @@ constexpr NameGroup kByLength[] = {{nullptr, 0},       {nullptr, 0},       Group
                                    GroupOf(kLength8)};
 constexpr int32_t kLongestName = 8;
 
-wchar_t Fold(wchar_t c) { return static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c))); }
+// Characters below 'A' and the lower-case ASCII letters fold to themselves in
+// every locale, so only the others need the C library.
+wchar_t Fold(wchar_t c) {
+  if (c < L'A' || (c >= L'a' && c <= L'z')) return c;
+  return static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c)));
+}
 
 const FunctionName* FindName(const CREFString& word) {
   if (word.length < 2 || word.length > kLongestName) return nullptr;
@@ -72,10 +77,12 @@ int32_t FormulaScanner::IsFunction(CREFString& word, CREFString& rest) {
   return found->code;
 }
 
+// The text is searched before the set is asked for the interface: the search is the cheaper test.
 HRESULT FormulaScanner::IsSpreadSheetFunction(CREFString& rest) {
-  if (!QueryAs<IUISpreadSheet>(m_Parameters.Parameters())) return E_FAIL;
+  bool rangeMarked = false;
   // The whole rest of the text is searched, not only the arguments that follow (intended).
-  for (int32_t i = 0; i + 1 < rest.length; ++i)
-    if (rest.text[i] == L'.' && rest.text[i + 1] == L'.') return S_OK;
-  return E_FAIL;
+  for (int32_t i = 0; i + 1 < rest.length && !rangeMarked; ++i)
+    rangeMarked = rest.text[i] == L'.' && rest.text[i + 1] == L'.';
+  if (!rangeMarked || !QueryAs<IUISpreadSheet>(m_Parameters.Parameters())) return E_FAIL;
+  return S_OK;
 }

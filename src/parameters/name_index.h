@@ -85,10 +85,10 @@ class NameIndex {
   }
 
   void EraseFromBuilt(Record* record) {
-    if (m_Match == NameMatch::kWhole)
-      m_Whole.Erase(record);
-    else
+    if (m_Match == NameMatch::kPrefix)
       m_Prefix.Erase(record);
+    else if (!m_Whole.Erase(record))
+      Drop();  // a later record of the same name must become the first: rebuilt at the next lookup
   }
 
   // Asks the name to report changes of its text. False when it cannot, or

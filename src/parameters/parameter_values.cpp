@@ -44,6 +44,12 @@ HRESULT EffectiveValueOf(const PARAMETEROBJECT* record, IUnknown** value) {
 HRESULT EffectiveVariantOf(const PARAMETEROBJECT* record, IVariant** value) {
   if (!value) return E_POINTER;
   *value = nullptr;
+  // Without a descriptor there is no binding: the stored variant is the value (the common case, kept cheap).
+  if (record && !record->Descriptor && record->Value) {
+    *value = record->Value;
+    record->Value->AddRef();
+    return S_OK;
+  }
   SmartPtr<IUnknown> effective;
   HRESULT result = EffectiveValueOf(record, effective.Receive());
   if (FAILED(result)) return result;

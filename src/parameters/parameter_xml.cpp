@@ -49,10 +49,8 @@ void WriteParameter(IParameters* set, IXMLStream* xml, IDataStream* stream, int3
   SmartPtr<IVariant> value;
   SmartPtr<IUnknown> descriptor;
   int32_t flags = 0;
-  set->get_ItemName(index, name.Receive());
-  set->get_ItemVariant(index, value.Receive());
-  set->get_ItemDescriptor(index, descriptor.Receive());
-  set->get_ItemFlags(index, &flags);
+  // One call for name, effective value, descriptor and flags (a large set is written parameter by parameter).
+  set->Iterate(index, name.Receive(), value.Receive(), descriptor.Receive(), &flags);
   SmartPtr<IDataPersist> persist = QueryAs<IDataPersist>(descriptor.get());
   const CREFString element = TextView(name.get());
 

@@ -15,8 +15,11 @@ class CParametersCreatable : public CObjectImpl<CParametersCreatable, IDataPersi
                              public IParameterLookup {
  public:
   static constexpr wchar_t kObjectName[] = L"ParametersCreatable";
-  // In the order in which QueryInterface tests them (after IUnknown).
+  // In the order in which QueryInterface tests them (after IUnknown). The
+  // module's private lookup comes first because every formula evaluation asks
+  // for it; no other entry answers its identity, so the order changes no answer.
   static constexpr InterfaceEntry<CParametersCreatable> kInterfaces[] = {
+      {&IID_IParameterLookup, InterfaceOf<CParametersCreatable, IParameterLookup>},
       {&IID_IObjectInfo, InterfaceOf<CParametersCreatable, IObjectInfo>},
       {&IID_IDataPersist, InterfaceOf<CParametersCreatable, IDataPersist>},
       {&IID_IFileArchive, InterfaceOf<CParametersCreatable, IFileArchive>},
@@ -25,7 +28,6 @@ class CParametersCreatable : public CObjectImpl<CParametersCreatable, IDataPersi
       {&IID_INamedCollection, InterfaceOf<CParametersCreatable, IParametersCreatable>},
       {&IID_IPMSearch, InterfaceOf<CParametersCreatable, IPMSearch>},
       {&IID_IUIPropertyPageSpecify, InterfaceOf<CParametersCreatable, IUIPropertyPageSpecify>},
-      {&IID_IParameterLookup, InterfaceOf<CParametersCreatable, IParameterLookup>},
   };
   // Control code of the object's own setting (stored; nothing depends on it yet).
   static constexpr int32_t kOwnSettingCode = 6;

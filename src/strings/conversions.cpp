@@ -1,7 +1,9 @@
 // Conversions between text, numbers, framework strings and variants.
 #include "strings/conversions.h"
 
+#include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cwctype>
@@ -78,9 +80,21 @@ int AutomaticDecimals(double value) {
   return 9;
 }
 
-// Fixed-point text with `decimals` decimals. Texts longer than the usual buffer
-// (huge values or many decimals) get a buffer of their own rather than failing.
+// Fixed-point text with `decimals` decimals, as printf's "%.*f" writes it in
+// the "C" locale: the decimal point is always ".", which is what every reader
+// of these texts expects. std::to_chars formats it (printf costs several times
+// as much, and saving a large set formats every value). Texts longer than the
+// usual buffer (huge values or many decimals) go through printf with a buffer
+// of their own rather than failing.
 IString* FixedPointText(double value, int decimals) {
+  char narrow[kFormatBufferLength];
+  const std::to_chars_result written =
+      std::to_chars(narrow, narrow + kFormatBufferLength, value, std::chars_format::fixed, decimals);
+  if (written.ec == std::errc()) {
+    wchar_t wide[kFormatBufferLength];
+    std::copy(narrow, written.ptr, wide);  // digits, sign, point, "inf" or "nan": ASCII only
+    return StringOfBuffer(wide, static_cast<int>(written.ptr - narrow));
+  }
   const int needed = std::snprintf(nullptr, 0, "%.*f", decimals, value);
   wchar_t small[kFormatBufferLength];
   std::unique_ptr<wchar_t[]> large;

@@ -13,9 +13,15 @@ constexpr wchar_t kByteOrderMarkLow = 239;   // stray bytes of a byte-order mark
 constexpr wchar_t kByteOrderMarkHigh = 254;
 
 bool IsDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
-bool IsSpace(wchar_t c) { return std::iswspace(static_cast<wint_t>(c)) != 0; }
+// Printable ASCII, by far the most common, is decided without the C library.
+bool IsPrintableAscii(wchar_t c) { return c > 0x20 && c < 0x7F; }
+bool IsAsciiAlphanumeric(wchar_t c) { return IsDigit(c) || (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z'); }
+bool IsSpace(wchar_t c) { return !IsPrintableAscii(c) && std::iswspace(static_cast<wint_t>(c)) != 0; }
 bool IsControl(wchar_t c) { return std::iswcntrl(static_cast<wint_t>(c)) != 0; }
-bool IsPunctuation(wchar_t c) { return std::iswpunct(static_cast<wint_t>(c)) != 0; }
+bool IsPunctuation(wchar_t c) {
+  if (IsPrintableAscii(c)) return !IsAsciiAlphanumeric(c);
+  return std::iswpunct(static_cast<wint_t>(c)) != 0;
+}
 bool IsLineEnd(wchar_t c) { return c == L'\n' || c == L'\r'; }
 
 bool IsOneOf(wchar_t c, tagREFString set) {
