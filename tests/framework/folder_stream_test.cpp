@@ -151,13 +151,7 @@ TEST(FolderStream, EntriesAreFoundByNameKindAndPosition) {
   EXPECT_EQ(kind, kFolderEntryValue);
   EXPECT_EQ(root->Find(Ref(L"C"), &index, &kind), E_ITEMNOTFOUND);  // names are case-sensitive
 
-  struct ReadCase {
-    const wchar_t* name;
-    int32_t capacity;
-    HRESULT expected;
-    int32_t storedCount;
-    const char* bytes;
-  };
+  struct ReadCase { const wchar_t* name; int32_t capacity; HRESULT expected; int32_t storedCount; const char* bytes; };
   const ReadCase reads[] = {
       {L"a", 2, S_OK, 2, "xy"},
       {L"a", 1, S_FALSE, 2, "x"},  // a shorter buffer: the first byte
@@ -182,11 +176,7 @@ TEST(FolderStream, EntriesAreFoundByNameKindAndPosition) {
 
   SmartPtr<ISuperCollection> entries = QueryAs<ISuperCollection>(root.get());
   ASSERT_TRUE(entries);
-  struct IndexCase {
-    SmartPtr<IUnknown> key;
-    HRESULT expected;
-    int32_t index;
-  };
+  struct IndexCase { SmartPtr<IUnknown> key; HRESULT expected; int32_t index; };
   const IndexCase indices[] = {
       {AsUnknown(MakeString(L"c")), S_OK, 2},
       {AsUnknown(MakeString(L"C")), E_FAIL, 65535},  // the named collections' answer for an unknown name
@@ -255,11 +245,7 @@ TEST(FolderStream, ImagesRoundTripThroughFilesAndTruncatedOnesAreRefused) {
 
 TEST(FolderStream, MalformedImagesAreRefused) {
   const std::string emptyValue = std::string(1, '\x03') + NameN() + std::string(1, '\0');
-  struct Case {
-    const char* what;
-    std::string image;
-    HRESULT expected;
-  };
+  struct Case { const char* what; std::string image; HRESULT expected; };
   const Case cases[] = {
       {"valid empty folder", FolderImageHeader() + Le32(0), S_OK},
       {"valid single value", FolderImageHeader() + Le32(1) + emptyValue, S_OK},
@@ -322,10 +308,7 @@ TEST(FolderStream, ManySmallEntriesTakeFewBytesEach) {
 }
 
 TEST(FolderStream, ImagesBeyondTheEntryAndFolderCapsAreRefused) {
-  struct Case {
-    const char* what;
-    std::string image;
-  };
+  struct Case { const char* what; std::string image; };
   const Case cases[] = {
       {"4194305 values", SmallestEntriesImage((1u << 22) + 1, kFolderEntryValue)},
       {"1048577 sub-folders", SmallestEntriesImage((1u << 20) + 1, kFolderEntryFolder)},
