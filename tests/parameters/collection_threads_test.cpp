@@ -68,8 +68,8 @@ TEST(CollectionThreads, ParameterSetReadersBesideWriters) {
 }
 
 TEST(CollectionThreads, NamedCollectionReportsItsLockWhileHeld) {
-  SmartPtr<IParametersCreatable> item = NewParameters();
-  SmartPtr<CExactCollection> collection = NewObject<CExactCollection>();
+  SmartPtr<IInputParameter> item = NewBinding();
+  SmartPtr<IInputParameters> collection = NewExactCollection();
   BracketAddsFromThreads(collection.get(), item.get(), 0);
   EXPECT_EQ(collection->IsCollectionLocked(), 1) << "unlocked at the end";
 }
