@@ -123,8 +123,7 @@ TEST(FolderStream, ObjectsAreRecreatedByClassNameEachTime) {
   ASSERT_EQ(level2->ReadObject(Ref(L"Descriptor"), 0, nullptr, object.ReceiveVoid()), S_OK);  // null: IUnknown
   level2->ReadObject(Ref(L"Descriptor"), 0, nullptr, again.ReceiveVoid());
   EXPECT_FALSE(SameObject(object.get(), again.get())) << "a new object each time";
-  EXPECT_EQ(DumpObject(again.get()), L"o=object FileInfo\n  Filename=t'd.tab'\n"
-                                     L"  ObjectClass=t'ParametersCreatable'\n  Version=bytes 02 00 00 00\n");
+  EXPECT_EQ(DumpObject(again.get()), DumpObject(object.get()));
   // An object that does not persist comes back as a new, empty object of its class.
   SmartPtr<IString> plain;
   IID iid = IID_IString;
