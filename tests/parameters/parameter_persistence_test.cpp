@@ -87,17 +87,6 @@ TEST(ParameterXMLTest, SavedFullShapeMergesBackWithFlagsAndDescriptor) {
   EXPECT_EQ(Describe(target.get()), Describe(saved.get()));
 }
 
-TEST(ParameterXMLTest, WrongStreamKindIsIgnored) {
-  SmartPtr<IParametersCreatable> set = SetOf({{L"a", MakeLong(1)}});
-  SmartPtr<IDataStream> bytes = CreateObjectAs<IDataStream>(L"DataStream");
-  EXPECT_EQ(set->Params_SaveXML(bytes.get(), 0), S_OK);
-  EXPECT_EQ(set->Params_SaveCSV(bytes.get(), 0), S_OK);
-  EXPECT_EQ(BytesOf(bytes.get()), "");
-  EXPECT_EQ(set->Params_LoadXML(bytes.get(), kLoadReplace, 0), S_OK);
-  EXPECT_EQ(set->Params_LoadXML(nullptr, kLoadReplace, 0), S_OK);
-  EXPECT_EQ(Describe(set.get()), (std::vector<std::wstring>{L"a=i1/0"}));
-}
-
 TEST(ParameterXMLTest, ObjectLayoutRoundTrips) {
   SmartPtr<IParametersCreatable> inner = SetOf({{L"k", MakeLong(9)}});
   SmartPtr<IVariant> object = MakeVariant();

@@ -171,15 +171,19 @@ TEST_F(ParameterSetTest, IdentitiesPagesAndReferences) {
 }
 
 // Saving through IDataPersist picks the layout by the stream's kind; without
-// settings the XML is lean. A byte stream gets nothing and cannot be loaded.
+// settings the XML is lean. A byte stream gets nothing and loads nothing.
 TEST_F(ParameterSetTest, PersistByStreamKind) {
   set->Add(MakeString(L"c").get(), MakeLong(0x00332211).get(), nullptr, 0x23);
   SmartPtr<IDataPersist> persist = QueryAs<IDataPersist>(set.get());
   EXPECT_EQ(LeanXMLOf([&](IDataStream* xml) { persist->Save(xml, 0); }), L"<c>#112233</c>");
   SmartPtr<IDataStream> bytes = CreateObjectAs<IDataStream>(L"DataStream");
   EXPECT_EQ(persist->Save(bytes.get(), 0), S_OK);
+  EXPECT_EQ(set->Params_SaveXML(bytes.get(), 0), S_OK);
+  EXPECT_EQ(set->Params_SaveCSV(bytes.get(), 0), S_OK);
   EXPECT_EQ(BytesOf(bytes.get()), "");
   EXPECT_EQ(persist->Load(bytes.get(), 0), E_NOTIMPL);
+  EXPECT_EQ(set->Params_LoadXML(bytes.get(), kLoadReplace, 0), S_OK) << "ignored";
+  EXPECT_EQ(set->Params_LoadXML(nullptr, kLoadReplace, 0), S_OK);
 
   SmartPtr<IFolderStream> folder = CreateObjectAs<IFolderStream>(L"FolderStream");
   ASSERT_EQ(persist->Save(folder.get(), 0), S_OK);
@@ -187,6 +191,7 @@ TEST_F(ParameterSetTest, PersistByStreamKind) {
   loaded->Add(MakeString(L"stale").get(), MakeLong(1).get(), nullptr, 0);
   EXPECT_EQ(QueryAs<IDataPersist>(loaded.get())->Load(folder.get(), 0), S_OK);
   EXPECT_EQ(NamesOf(static_cast<IParameters*>(loaded.get())), (std::vector<std::wstring>{L"c"})) << "replace mode";
+  EXPECT_EQ(NamesOf(static_cast<IParameters*>(set.get())), (std::vector<std::wstring>{L"c"}));
   int32_t loadedMarker = 0;
   QueryAs<IFileArchive>(loaded.get())->Inquire(1, &loadedMarker);
   EXPECT_EQ(loadedMarker, 1);
