@@ -86,6 +86,39 @@ class SettingsFile : public ScratchFile {
   std::string m_Previous;
 };
 
+// The folder's entries through its collection view, one "name=value" line each, sub-folders and object
+// contents indented.
+inline std::wstring FolderDump(IUnknown* stream, const std::wstring& indent = L"") {
+  SmartPtr<ISuperCollection> folder = QueryAs<ISuperCollection>(stream);
+  if (!folder) return L"<not a collection>";
+  int32_t count = 0;
+  folder->get_Count(&count);
+  std::wstring dump;
+  for (int32_t i = 0; i < count; ++i) {
+    SmartPtr<IString> name;
+    SmartPtr<IUnknown> item, attached;
+    int32_t kind = 0;
+    folder->get_ItemName(i, name.Receive());
+    folder->get_ItemFlags(i, &kind);
+    EXPECT_EQ(folder->get_Item(i, item.Receive()), S_OK) << i;
+    // Only an object entry has an attached item: its class name.
+    EXPECT_EQ(folder->get_ItemAttached(i, attached.Receive()), kind == kFolderEntryObject ? S_OK : E_FAIL) << i;
+    dump += indent + test_support::TextOf(name) + L"=";
+    if (kind == kFolderEntryValue) {
+      dump += test_support::DescribeValue(QueryAs<IVariant>(item.get()).get()) + L"\n";
+    } else if (kind == kFolderEntryBinary) {
+      const std::string bytes = test_support::BytesOf(QueryAs<IDataStream>(item.get()).get());
+      const std::string hex = test_support::HexOf(bytes.data(), bytes.size());
+      dump += L"bytes" + std::wstring(hex.begin(), hex.end()) + L"\n";
+    } else {
+      const std::wstring className = test_support::TextOf(QueryAs<IString>(attached.get()));
+      dump += (kind == kFolderEntryObject ? L"object " + className : L"folder") + L"\n";
+      dump += FolderDump(item.get(), indent + L"  ");
+    }
+  }
+  return dump;
+}
+
 // Little-endian bytes of a 32-bit value.
 inline std::string Le32(uint32_t value) {
   std::string bytes(4, '\0');

@@ -138,28 +138,6 @@ TEST(ParameterFolderStreamTest, CSVLine) {
   for (const Case& c : cases) EXPECT_EQ(CSVOf(set.get(), c.flags), c.expected) << c.flags;
 }
 
-// The entries of a folder: "name" for values and binaries, "name/" and its entries for folders.
-std::wstring EntriesOf(IFolderStream* folder) {
-  SmartPtr<ISuperCollection> entries = QueryAs<ISuperCollection>(folder);
-  std::wstring text;
-  int32_t count = 0;
-  entries->get_Count(&count);
-  for (int32_t i = 0; i < count; ++i) {
-    SmartPtr<IString> name;
-    int32_t kind = 0;
-    entries->get_ItemName(i, name.Receive());
-    entries->get_ItemFlags(i, &kind);
-    text += TextOf(name);
-    if (kind == kFolderEntryFolder) {
-      SmartPtr<IFolderStream> sub;
-      folder->OpenFolder(TextView(name.get()), sub.Receive());
-      text += L"/(" + EntriesOf(sub.get()) + L")";
-    }
-    text += L" ";
-  }
-  return text;
-}
-
 TEST(ParameterFolderStreamTest, LayoutCasesRoundTrip) {
   SmartPtr<IVariant> object = MakeVariant();
   object->Assign(SetOf({{L"k", MakeLong(4)}}).get());
@@ -173,8 +151,12 @@ TEST(ParameterFolderStreamTest, LayoutCasesRoundTrip) {
   });
   SmartPtr<IFolderStream> folder = CreateObjectAs<IFolderStream>(L"FolderStream");
   ASSERT_EQ(saved->Params_SaveFolderStream(folder.get(), 0), S_OK);
-  EXPECT_EQ(EntriesOf(folder.get()),
-            L"plain flagged/(Value Flags ) described/(Value Descriptor ) object/(Unknown ) Item5/(Value Flags ) ");
+  EXPECT_EQ(FolderDump(folder.get()),
+            L"plain=r1.5\n"
+            L"flagged=folder\n  Value=t't'\n  Flags=bytes 10 00 00 00\n"
+            L"described=folder\n  Value=i2\n  Descriptor=object ParametersCreatable\n    min=i0\n"
+            L"object=folder\n  Unknown=object ParametersCreatable\n    k=i4\n"
+            L"Item5=folder\n  Value=i5\n  Flags=bytes 20 00 00 00\n");
 
   SmartPtr<IParametersCreatable> loaded = SetOf({{L"stale", MakeLong(1)}});
   ASSERT_EQ(loaded->Params_LoadFolderStream(folder.get(), kLoadReplace), S_OK);
@@ -184,7 +166,8 @@ TEST(ParameterFolderStreamTest, LayoutCasesRoundTrip) {
 
   SmartPtr<IFolderStream> lean = CreateObjectAs<IFolderStream>(L"FolderStream");
   saved->Params_SaveFolderStream(lean.get(), kSaveLean);
-  EXPECT_NE(EntriesOf(lean.get()).find(L"skipped/(Value Flags )"), std::wstring::npos) << "kept in lean mode";
+  EXPECT_NE(FolderDump(lean.get()).find(L"skipped=folder\n  Value=i6\n  Flags=bytes 00 00 00 04\n"), std::wstring::npos)
+      << "kept in lean mode";
 }
 
 TEST(ParameterFolderStreamTest, MergeKeepsOtherParameters) {
@@ -203,15 +186,9 @@ TEST(ParameterFolderStreamTest, FileNameValuesAreStoredMapped) {
                                                 {L"other", MakeText(L"/tmp/z"), 0x2}});
   SmartPtr<IFolderStream> folder = CreateObjectAs<IFolderStream>(L"FolderStream");
   saved->Params_SaveFolderStream(folder.get(), 0);
-  std::vector<std::wstring> stored;
-  for (const wchar_t* name : {L"file", L"data", L"other"}) {
-    SmartPtr<IFolderStream> sub;
-    folder->OpenFolder(RefOf(name), sub.Receive());
-    SmartPtr<IString> text;
-    sub->ReadString(RefOf(L"Value"), text.Receive());
-    stored.push_back(TextOf(text));
-  }
-  EXPECT_EQ(stored, (std::vector<std::wstring>{L"[InstallPath]/in/x.xml", L"[Data]/y.csv", L"/tmp/z"}));
+  EXPECT_EQ(FolderDump(folder.get()), L"file=folder\n  Value=t'[InstallPath]/in/x.xml'\n  Flags=bytes 02 00 00 00\n"
+                                     L"data=folder\n  Value=t'[Data]/y.csv'\n  Flags=bytes 04 00 00 00\n"
+                                     L"other=folder\n  Value=t'/tmp/z'\n  Flags=bytes 02 00 00 00\n");
 
   settings.Write("[Workspace]\nInstallPath=/usr/local/app\n[Mappings]\nData=/srv/data\n");
   SmartPtr<IParametersCreatable> loaded = NewParameters();
