@@ -1,7 +1,6 @@
 // Tests of the parameter set through "ParametersCreatable", as a host uses it:
 // values, Set modes, Copy, Sort, range checks, the interfaces it answers and
 // Find's conditions. Key lookups are tested in name_index_test.
-
 #include <gtest/gtest.h>
 
 #include "persistence_test_support.h"
