@@ -109,6 +109,15 @@ inline std::string HexOf(const void* data, size_t size) {
   return hex;
 }
 
+// An object that does not tell its class name.
+class CAnonymousObject : public CObjectImpl<CAnonymousObject> {
+ public:
+  static constexpr wchar_t kObjectName[] = L"AnonymousObject";
+  static constexpr InterfaceEntry<CAnonymousObject> kInterfaces[] = {
+      {&IID_IObjectInfo, [](CAnonymousObject*) -> IUnknown* { return nullptr; }},
+  };
+};
+
 // The reference count of an object, read by an AddRef/Release pair.
 inline uint32_t RefCountOf(IUnknown* object) {
   object->AddRef();

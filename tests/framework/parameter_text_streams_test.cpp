@@ -1,6 +1,5 @@
 // "CSVStream" and "INIStream" through the framework, with a real parameter set.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include "storage_test_support.h"
 
@@ -117,30 +116,3 @@ TEST(CSVStream, WritesTheTextItIsGivenAndLoadsOnlyIntoASet) {
   stream->put_Parameters(NewSet().get());
   EXPECT_EQ(stream->Load(missing.Name().get(), 0), E_FAIL);
 }
-
-namespace {
-
-TEST(CSVStream, LoadsAUtf16FileWithMark) {
-  ScratchFile file("utf16csv");
-  file.Write(std::string("\xFF\xFE" "a\0=\0001\0,\0b\0=\0x\0\n\0", 18));
-  SmartPtr<IParameters> set = NewSet();
-  SmartPtr<IParameterTextStream> stream = StreamFor(L"CSVStream", set.get());
-  ASSERT_EQ(stream->Load(file.Name().get(), kLoadReplace), S_OK);
-  EXPECT_EQ(DumpSet(set.get()), L"a=t'1';b=t'x';");
-}
-
-// A FIFO without writer or a device is refused at once instead of blocking or being read.
-TEST(ParameterTextStreams, DevicesAndFifosAreRefused) {
-  ScratchFile fifo("text-stream-fifo");
-  ASSERT_EQ(mkfifo(fifo.Path().c_str(), 0600), 0);
-  SmartPtr<IParameters> set = NewSet();
-  for (const wchar_t* className : {L"CSVStream", L"INIStream"}) {
-    SmartPtr<IParameterTextStream> stream = StreamFor(className, set.get());
-    ASSERT_TRUE(stream);
-    EXPECT_EQ(stream->Load(fifo.Name().get(), 0), E_FAIL) << "FIFO";
-    EXPECT_EQ(stream->Load(MakeString(L"/dev/zero").get(), 0), E_FAIL) << "/dev/zero";
-  }
-  EXPECT_EQ(DumpSet(set.get()), L"");
-}
-
-}  // namespace

@@ -21,15 +21,15 @@ struct ParametersCreatablePrimaryTable : IUnknown {
 
 namespace {
 
+using test_support::MakeString;
+using test_support::RefCountOf;
+using test_support::TextOf;
+
 // Class names match exactly: same length, every character equal, case-sensitive. The name crosses
 // CreateFunction by value as a counted view, so only `length` characters count.
 TEST(Host, CreateFunctionMatchesExactly) {
   const wchar_t longer[] = L"VariantXYZ";
-  struct Case {
-    const char* module;
-    tagREFString name;
-    bool found;
-  } cases[] = {
+  struct Case { const char* module; tagREFString name; bool found; } cases[] = {
       {"Collections.so", View(L"Variant"), true},     {"Collections.so", {7, longer}, true},
       {"Collections.so", View(L"variant"), false},    {"Collections.so", View(L"Variants"), false},
       {"Collections.so", View(L"Varian"), false},     {"Collections.so", View(L""), false},
@@ -42,46 +42,25 @@ TEST(Host, CreateFunctionMatchesExactly) {
     LoadedModule module = Load(c.module);
     ASSERT_NE(module.createFunction, nullptr);
     void* out = reinterpret_cast<void*>(0x1);
-    int32_t result = module.createFunction(c.name, &out);
-    if (c.found) {
-      EXPECT_EQ(result, S_OK);
-      EXPECT_NE(out, reinterpret_cast<void*>(0x1));
-    } else {
-      EXPECT_EQ(result, E_FAIL);
-      EXPECT_EQ(out, reinterpret_cast<void*>(0x1)) << "the out pointer is left untouched";
-    }
+    EXPECT_EQ(module.createFunction(c.name, &out), c.found ? S_OK : E_FAIL);
+    EXPECT_EQ(out != reinterpret_cast<void*>(0x1), c.found) << "a refused name leaves the out pointer untouched";
   }
 }
 
-// Each of the module's nine names that is built creates an object that reports
-// that very class name; a name not built yet is refused like an unknown one.
+// Each of the module's nine classes creates an object that reports that very
+// class name; a class that stops being creatable fails here.
 TEST(Host, ParameterModuleClassNames) {
   LoadedModule module = Load("Parameters.so");
   ASSERT_NE(module.createFunction, nullptr);
-  const struct {
-    const wchar_t* name;
-    bool built;
-  } classes[] = {
-      {L"ConditionalExpression", true},  {L"Expression", true},       {L"ExpressionBuilder", true},
-      {L"InputParameter", true},         {L"InputParameters", true}, {L"ParametersCreatable", true},
-      {L"ParametersCreator", true},      {L"TextParser", true},       {L"ParamCollection", true},
-  };
-  for (const auto& c : classes) {
-    SCOPED_TRACE(testing::PrintToString(std::wstring(c.name)));
-    void* create = nullptr;
-    ASSERT_EQ(module.createFunction(View(c.name), &create), c.built ? S_OK : E_FAIL);
-    if (!c.built) continue;
-    IID iid = IID_IObjectInfo;
-    SmartPtr<IObjectInfo> info;
-    ASSERT_EQ(reinterpret_cast<CreationFunction>(create)(nullptr, &iid, info.ReceiveVoid()), S_OK);
+  for (const wchar_t* name : {L"ConditionalExpression", L"Expression", L"ExpressionBuilder", L"InputParameter",
+                              L"InputParameters", L"ParametersCreatable", L"ParametersCreator", L"TextParser",
+                              L"ParamCollection"}) {
+    SCOPED_TRACE(testing::PrintToString(std::wstring(name)));
+    SmartPtr<IObjectInfo> info = CreateFromModule<IObjectInfo>(module, name);
+    ASSERT_TRUE(info);
     tagREFString reported{};
     info->GetName(0, &reported);
-    EXPECT_EQ(std::wstring(reported.text, static_cast<size_t>(reported.length)), c.name);
-  }
-  for (const wchar_t* wrong : {L"Expressions", L"expression", L"", L"PARAMETERSCREATABLE"}) {
-    void* out = nullptr;
-    EXPECT_EQ(module.createFunction(View(wrong), &out), E_FAIL);
-    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(std::wstring(reported.text, static_cast<size_t>(reported.length)), name);
   }
 }
 
@@ -95,7 +74,7 @@ TEST(Host, PrimaryTableFollowsTheClassSlotOrder) {
   SmartPtr<IParameters> set = CreateFromModule<IParameters>(Load("Parameters.so"), L"ParametersCreatable");
   ASSERT_TRUE(set);
   for (const wchar_t* name : {L"b", L"c", L"a"})
-    set->Add(test_support::MakeString(name).get(), nullptr, nullptr, 0);
+    set->Add(MakeString(name).get(), nullptr, nullptr, 0);
   SmartPtr<IUnknown> primary;
   ASSERT_EQ(set->QueryInterface(IID_IUnknown, primary.ReceiveVoid()), S_OK);
   EXPECT_EQ(SortThroughPrimaryTable(primary.get(), kSortDescending), S_OK);
@@ -103,101 +82,74 @@ TEST(Host, PrimaryTableFollowsTheClassSlotOrder) {
   for (int32_t i = 0; i < 3; ++i) {
     SmartPtr<IString> name;
     set->get_ItemName(i, name.Receive());
-    order += test_support::TextOf(name);
+    order += TextOf(name);
   }
   EXPECT_EQ(order, L"cba");
 }
 
-// The host makes the collection, hands it to the modules, and creates by class name.
+// The host makes the collection and hands it to the modules, which hold it while they need it.
 TEST(Host, SharedComponentCollection) {
   LoadedModule parameters = Load("Parameters.so");
   SmartPtr<IComponentCollection> collection =
       CreateFromModule<IComponentCollection>(Load("CollectionsEx.so"), L"GlobalComponentCollection");
   ASSERT_TRUE(collection);
   EXPECT_EQ(parameters.initialize(nullptr, collection.get()), 0);
-  EXPECT_EQ(test_support::RefCountOf(collection.get()), 2u) << "the module keeps one reference";
+  EXPECT_EQ(RefCountOf(collection.get()), 2u) << "the module keeps one reference";
 
-  IID iid = IID_IVariant;
-  SmartPtr<IVariant> value;
-  ASSERT_EQ(collection->CreateByName(View(L"Variant"), &iid, value.ReceiveVoid()), S_OK);
-  value->SetDouble(2.5);
-  EXPECT_DOUBLE_EQ(value->GetDouble(), 2.5);
-
-  SmartPtr<IComponentString> component;
-  ASSERT_EQ(collection->CreateByName(View(L"Variant"), nullptr, component.ReceiveVoid()), S_OK)
-      << "a null identity answers the class's component object";
-  SmartPtr<IString> module;
-  component->GetProperty(kComponentModuleName, module.Receive());
-  EXPECT_EQ(test_support::TextOf(module), L"Collections");
-
-  SmartPtr<IUnknown> nothing;
-  EXPECT_LT(collection->CreateByName(View(L"NoSuchClass"), &iid, nothing.ReceiveVoid()), 0);
-  EXPECT_FALSE(nothing);
-  int32_t handle = 0;
-  EXPECT_LT(collection->Find(test_support::MakeString(L"NoSuchClass").get(), &handle), 0);
-  EXPECT_LT(handle, 0);
-  EXPECT_EQ(collection->GetItem(100000, nothing.Receive()), E_INVALIDARG);
-  EXPECT_EQ(collection->GetItem(-1, nothing.Receive()), E_INVALIDARG);
-
-  // Modules the collection loaded while searching hold it too; the parameter module lets go of its reference.
-  uint32_t before = test_support::RefCountOf(collection.get());
   EXPECT_EQ(parameters.initialize(nullptr, nullptr), 0);
-  EXPECT_EQ(test_support::RefCountOf(collection.get()), before - 1) << "InitializeModule(null, null) releases it";
+  EXPECT_EQ(RefCountOf(collection.get()), 1u) << "InitializeModule(null, null) releases it";
 }
 
-// A host's view of the creator's own table. The object does not derive from the
-// declaration, so the sanitizer's dynamic-type check is off for these calls.
-struct CreatorTable {
-  ParametersCreatorObject* object;
-  __attribute__((no_sanitize("vptr"))) HRESULT Create(IString* text, IString* separators,
-                                                      IParametersCreatable* target) {
-    return object->Create(text, separators, target);
-  }
-  __attribute__((no_sanitize("vptr"))) HRESULT Combine(IParametersCreatable* a, IParametersCreatable* target) {
-    return object->Combine(a, a, target);
-  }
-  __attribute__((no_sanitize("vptr"))) HRESULT Find(IParametersCreatable* source, IParametersCreatable** found) {
-    return object->Find(source, nullptr, 0, found);
-  }
-  __attribute__((no_sanitize("vptr"))) HRESULT SubSet(IParametersCreatable* source, int32_t first, int32_t count,
-                                                      IParametersCreatable* target) {
-    return object->SubSet(source, first, count, target);
-  }
-};
-
 // The creator's own table (its IUnknown pointer) reaches every operation in the
-// documented order, Combine and Find included; its text fills a template.
-TEST(Host, CreatorTableAndTextParser) {
-  LoadedModule module = Load("Parameters.so");
-  ASSERT_NE(module.createFunction, nullptr);
-  SmartPtr<IUnknown> creator = CreateFromModule<IUnknown>(module, L"ParametersCreator");
-  SmartPtr<IParametersCreatable> set =
-      CreateFromModule<IParametersCreatable>(module, L"ParametersCreatable");
-  SmartPtr<IParametersCreatable> last =
-      CreateFromModule<IParametersCreatable>(module, L"ParametersCreatable");
-  SmartPtr<ITextParser> parser = CreateFromModule<ITextParser>(module, L"TextParser");
-  ASSERT_TRUE(creator && set && last && parser);
-  CreatorTable table{reinterpret_cast<ParametersCreatorObject*>(creator.get())};
-
-  ASSERT_EQ(table.Create(test_support::MakeString(L"Speed=12.5\nUnit: m/s\n").get(),
-                          test_support::MakeString(L"=:").get(), set.get()),
-            S_OK);
+// documented order, Combine and Find included. The object does not derive from
+// the host's declaration, so the sanitizer's dynamic-type check is off here.
+__attribute__((no_sanitize("vptr"))) void CallCreatorTable(IUnknown* creator, IParametersCreatable* set,
+                                                           IParametersCreatable* last) {
+  auto* table = reinterpret_cast<ParametersCreatorObject*>(creator);
+  ASSERT_EQ(table->Create(MakeString(L"Speed=12.5\nUnit: m/s\n").get(), MakeString(L"=:").get(), set), S_OK);
   int32_t count = 0;
-  EXPECT_EQ(table.Combine(set.get(), last.get()), S_OK);
+  set->get_Count(&count);
+  EXPECT_EQ(count, 2);
+  EXPECT_EQ(table->Combine(set, set, last), S_OK);
   last->get_Count(&count);
   EXPECT_EQ(count, 0);
-  IParametersCreatable* found = last.get();
-  EXPECT_EQ(table.Find(set.get(), &found), E_NOTIMPL);
-  EXPECT_EQ(found, last.get());
-  EXPECT_EQ(table.SubSet(set.get(), -1, 1, last.get()), S_OK);
+  IParametersCreatable* found = last;
+  EXPECT_EQ(table->Find(set, nullptr, 0, &found), E_NOTIMPL);
+  EXPECT_EQ(found, last);
+  EXPECT_EQ(table->SubSet(set, -1, 1, last), S_OK);
   last->get_Count(&count);
   EXPECT_EQ(count, 1);
+}
 
-  SmartPtr<IString> out;
-  EXPECT_EQ(parser->ParseTags(test_support::MakeString(L"Speed __speed__ __UNIT__ \n__Unit__").get(), out.Receive(),
-                              set.get(), 0),
-            S_OK);
-  EXPECT_EQ(test_support::TextOf(out), L"Speed 12.5 m/s\r\nm/s\r\n");
+TEST(Host, CreatorTable) {
+  LoadedModule module = Load("Parameters.so");
+  SmartPtr<IUnknown> creator = CreateFromModule<IUnknown>(module, L"ParametersCreator");
+  SmartPtr<IParametersCreatable> set = CreateFromModule<IParametersCreatable>(module, L"ParametersCreatable");
+  SmartPtr<IParametersCreatable> last = CreateFromModule<IParametersCreatable>(module, L"ParametersCreatable");
+  ASSERT_TRUE(creator && set && last);
+  CallCreatorTable(creator.get(), set.get(), last.get());
+}
+
+// Input bindings made by class name, bound to a parameter set of the same
+// module, read through the input collection.
+TEST(Host, InputBindingsReadAParameterSet) {
+  LoadedModule parameters = Load("Parameters.so");
+  SmartPtr<IInputParameters> inputs = CreateFromModule<IInputParameters>(parameters, L"InputParameters");
+  SmartPtr<IInputParameter> binding = CreateFromModule<IInputParameter>(parameters, L"InputParameter");
+  SmartPtr<IParameters> set = CreateFromModule<IParameters>(parameters, L"ParametersCreatable");
+  SmartPtr<IVariant> value = CreateFromModule<IVariant>(Load("Collections.so"), L"Variant");
+  ASSERT_TRUE(inputs && binding && set && value);
+  value->SetDouble(4.5);
+  set->Add(MakeString(L"gain").get(), value.get(), nullptr, 0);
+  ASSERT_EQ(inputs->Create(MakeString(L"in").get(), IID_NULL, 0), S_OK);
+  ASSERT_EQ(inputs->Add(MakeString(L"copy").get(), binding.get()), S_OK);
+  ASSERT_EQ(inputs->SetInput(0, set.get()), S_OK);
+  SmartPtr<IUnknown> read;
+  EXPECT_EQ(inputs->GetInput(0, read.Receive()), E_ITEMNOTFOUND) << "no item chosen yet";
+  ASSERT_EQ(binding->SetSource(set.get(), 0), S_OK);
+  value->SetDouble(6.25);
+  EXPECT_EQ(inputs->GetInput(1, read.Receive()), S_OK) << "the item's position, 0";
+  EXPECT_EQ(test_support::DescribeValue(QueryAs<IVariant>(read.get()).get()), L"r6.25");
 }
 
 }  // namespace

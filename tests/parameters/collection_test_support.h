@@ -1,6 +1,5 @@
-// Helpers of the collection tests: making collections, names, reference
-// first-match scans that the indexed lookups must agree with, and a test
-// owner of the named-collection template that shows m_Sorted.
+// Helpers of the collection tests: making collections, names, and reference
+// first-match scans that the indexed lookups must agree with.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -8,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "inputs/input_parameters.h"
 #include "parameters/named_collection.h"
 #include "parameters/parameter_set.h"
-#include "runtime/resource_lock.h"
 #include "test_support.h"
 
 namespace collection_test {
@@ -21,6 +20,9 @@ inline SmartPtr<ISuperCollection> NewSuperCollection() { return CreateObjectAs<I
 inline SmartPtr<IParametersCreatable> NewParameters() {
   return CreateObjectAs<IParametersCreatable>(L"ParametersCreatable");
 }
+// "InputParameters": a named collection (of bindings) that matches whole names.
+inline SmartPtr<IInputParameters> NewExactCollection() { return CreateObjectAs<IInputParameters>(L"InputParameters"); }
+inline SmartPtr<IInputParameter> NewBinding() { return CreateObjectAs<IInputParameter>(L"InputParameter"); }
 
 // Adds one item per name, all holding `object` (a collection's item or a set's value).
 template <class Collection>
@@ -67,41 +69,10 @@ int32_t IndexOfName(Collection* collection, const std::wstring& key) {
   return index;
 }
 
-// A named collection of parameter sets that matches whole names only, and
-// shows its sorted mode.
-class CExactCollection : public CObjectImpl<CExactCollection>,
-                               public INamedCollectionImpl<CExactCollection, ISuperCollection, IParameters> {
- public:
-  static constexpr wchar_t kObjectName[] = L"ExactCollection";
-  static constexpr InterfaceEntry<CExactCollection> kInterfaces[] = {
-      {&IID_ISuperCollection, InterfaceOf<CExactCollection, ISuperCollection>},
-  };
-
-  CExactCollection() { m_ExactNames = 1; }
-
-  HRESULT QueryInterface(const IID& iid, void** out) override { return CObjectImpl::QueryInterface(iid, out); }
-  uint32_t AddRef() override { return CObjectImpl::AddRef(); }
-  uint32_t Release() override { return CObjectImpl::Release(); }
-  void Lock() override { m_Lock.Lock(); }
-  void Unlock() override { m_Lock.Unlock(); }
-
-  HRESULT Clear() override { return CollectionClear(); }
-  // Accepts parameter sets only.
-  HRESULT VerifyInterface(IUnknown* object, IUnknown** verified) override {
-    if (!verified) return E_POINTER;
-    *verified = QueryAs<IParameters>(object).Detach();
-    return *verified ? S_OK : E_FAIL;
-  }
-
-  int32_t Sorted() const { return m_Sorted; }
-
- private:
-  CResourceLock m_Lock;
-};
-
 // A caller's comparison for Sort: longer names first, then descending names.
 inline int ByLengthDescending(const void* a, const void* b) {
-  return -INamedCollectionImpl<CExactCollection, ISuperCollection, IParameters>::COLLECTIONCompareByNameAndLength(a, b);
+  using Template = INamedCollectionImpl<CInputParameters, IInputParameters, IInputParameter>;
+  return -Template::COLLECTIONCompareByNameAndLength(a, b);
 }
 
 }  // namespace collection_test

@@ -1,5 +1,5 @@
 // Tests of the named collection through "SuperCollection" (prefix lookup) and
-// a whole-name owner of the same template. Key lookups are in name_index_test.
+// "InputParameters" (whole names). Key lookups are in name_index_test.
 #include "parameters/named_collection.h"
 
 #include <gtest/gtest.h>
@@ -116,11 +116,10 @@ TEST_F(NamedCollectionTest, SortedModeFollowsAddRenameAndOrder) {
   EXPECT_EQ(NamesOf(collection.get()).front(), L"zz");
   EXPECT_EQ(IndexOfName(collection.get(), L"afz"), 65535);  // nor does a caller's comparison
 
-  SmartPtr<CExactCollection> exact = NewObject<CExactCollection>();
-  AddNamed(exact.get(), names, object.get());
+  SmartPtr<IInputParameters> exact = NewExactCollection();
+  AddNamed(exact.get(), names, NewBinding().get());
   exact->Sort(0, nullptr);
-  exact->Remove(0);
-  EXPECT_EQ(exact->Sorted(), 1);  // a removal keeps the order
+  exact->Remove(0);  // a removal keeps the binary search on
   // With whole names, a stretch match of other length moves the bounds past mid;
   // the tail scan's first prefix match of other length sets the index but fails.
   int32_t index = -2;
@@ -153,14 +152,15 @@ TEST(CollectionLockTest, LockSenseOfEachTemplate) {
 
 TEST_F(NamedCollectionTest, ItemPartsAndBadArguments) {
   EXPECT_EQ(collection->Add(MakeString(L"x").get(), nullptr, nullptr, 0), E_POINTER);
-  SmartPtr<CExactCollection> exact = NewObject<CExactCollection>();
+  SmartPtr<IInputParameters> exact = NewExactCollection();  // takes bindings only
+  SmartPtr<IInputParameter> binding = NewBinding();
   EXPECT_EQ(exact->Add(MakeString(L"x").get(), collection.get(), nullptr, 0), E_INVALIDARG);
-  EXPECT_EQ(exact->Add(MakeString(L"y").get(), object.get(), nullptr, 0), S_OK);
+  EXPECT_EQ(exact->Add(MakeString(L"y").get(), binding.get(), nullptr, 0), S_OK);
   EXPECT_EQ(exact->put_Item(0, collection.get()), E_INVALIDARG);  // refused: the item stays
   EXPECT_EQ(NamesOf(exact.get()), std::vector<std::wstring>{L"y"});
   SmartPtr<IUnknown> item;
   ASSERT_EQ(exact->get_Item(0, item.Receive()), S_OK);
-  EXPECT_TRUE(SameObject(item.get(), object.get()));
+  EXPECT_TRUE(SameObject(item.get(), binding.get()));
 
   AddNamed(collection.get(), {L"a"}, object.get());
   collection->Add(nullptr, object.get(), nullptr, 0);

@@ -1,43 +1,13 @@
-// Tests of the parameter set through "ParametersCreatable", as a host uses it.
-// Key lookups and their index are tested in name_index_test, the lock sense in
-// named_collection_test.
-#include "parameters/parameter_set.h"
-
+// Tests of the parameter set through "ParametersCreatable", as a host uses it:
+// values, Set modes, Copy, Sort, range checks, the interfaces it answers and
+// Find's conditions. Key lookups are tested in name_index_test.
 #include <gtest/gtest.h>
 
-#include "collection_test_support.h"
+#include "persistence_test_support.h"
 
 namespace {
 
-using namespace collection_test;
-
-// An input binding whose get_Object hands out a fixed object (or fails without one).
-class CFixedInput : public CObjectImpl<CFixedInput, IInputParameter> {
- public:
-  static constexpr wchar_t kObjectName[] = L"FixedInput";
-  static constexpr InterfaceEntry<CFixedInput> kInterfaces[] = {
-      {&IID_IInputParameter, InterfaceOf<CFixedInput, IInputParameter>},
-  };
-  SmartPtr<IUnknown> bound;
-
-  HRESULT get_Object(IUnknown** object) override {
-    *object = nullptr;
-    if (!bound) return E_ITEMNOTFOUND;
-    bound.CopyTo(object);
-    return 2;  // a binding reports the item's position on success
-  }
-  HRESULT get_IID(IID*) override { return E_NOTIMPL; }
-  HRESULT put_IID(IID) override { return E_NOTIMPL; }
-  HRESULT SetSource(IUnknown*, int32_t) override { return E_NOTIMPL; }
-  HRESULT get_Name(IString**) override { return E_NOTIMPL; }
-  HRESULT put_Name(IString*) override { return E_NOTIMPL; }
-  HRESULT get_Source(IUnknown**) override { return E_NOTIMPL; }
-  HRESULT put_Source(IUnknown*) override { return E_NOTIMPL; }
-  HRESULT get_SourceIndex(int32_t*) override { return E_NOTIMPL; }
-  HRESULT put_SourceIndex(int32_t) override { return E_NOTIMPL; }
-  HRESULT get_AssignmentFlags(int32_t*) override { return E_NOTIMPL; }
-  HRESULT put_AssignmentFlags(int32_t) override { return E_NOTIMPL; }
-};
+using namespace persistence_test;
 
 int32_t LongAt(IParameters* set, int32_t index) {
   SmartPtr<IVariant> value;
@@ -86,21 +56,6 @@ TEST_F(ParameterSetTest, ValuesEnterAsVariants) {
   EXPECT_EQ(set->put_Item(0, MakeText(L"t").get()), S_OK);
   ASSERT_EQ(set->get_Item(0, item.Receive()), S_OK);
   EXPECT_EQ(TextOf(QueryAs<IString>(item.get())), L"t");
-}
-
-TEST_F(ParameterSetTest, InputBindingSuppliesTheValue) {
-  SmartPtr<CFixedInput> input = NewObject<CFixedInput>();
-  SmartPtr<IParametersCreatable> bound = NewParameters();
-  set->Add(MakeString(L"x").get(), MakeLong(3).get(), static_cast<IInputParameter*>(input.get()), 0);
-  SmartPtr<IVariant> value;
-  EXPECT_EQ(set->get_ItemVariant(0, value.Receive()), S_OK);  // no bound object: the stored value
-  EXPECT_EQ(value->GetLong(), 3);
-  input->bound = SmartPtr<IUnknown>(static_cast<IParametersCreatable*>(bound.get()));
-  EXPECT_EQ(set->get_ItemVariant(0, value.Receive()), S_FALSE);  // 1: taken from the binding
-  EXPECT_TRUE(value->IsObject());
-  SmartPtr<IUnknown> item;
-  ASSERT_EQ(set->get_Item(0, item.Receive()), S_OK);
-  EXPECT_TRUE(SameObject(item.get(), bound.get()));
 }
 
 TEST_F(ParameterSetTest, SetModesForAnExistingParameter) {
@@ -174,22 +129,6 @@ TEST_F(ParameterSetTest, SortIsCaseSensitiveWithUnnamedFirst) {
   }
 }
 
-TEST_F(ParameterSetTest, IterateHandsOutEveryPart) {
-  SmartPtr<IParametersCreatable> descriptor = NewParameters();
-  set->Add(MakeString(L"p").get(), MakeLong(4).get(), descriptor.get(), 0x23);
-  SmartPtr<IString> name;
-  SmartPtr<IVariant> value;
-  SmartPtr<IUnknown> held;
-  int32_t flags = 0;
-  ASSERT_EQ(set->Iterate(0, name.Receive(), value.Receive(), held.Receive(), &flags), S_OK);
-  EXPECT_EQ(TextOf(name), L"p");
-  EXPECT_EQ(value->GetLong(), 4);
-  EXPECT_TRUE(SameObject(held.get(), descriptor.get()));
-  EXPECT_EQ(flags, 0x23);
-  EXPECT_EQ(set->Iterate(0, nullptr, nullptr, nullptr, nullptr), S_OK);
-  EXPECT_EQ(set->Iterate(1, name.Receive(), nullptr, nullptr, nullptr), E_INVALIDARG);
-}
-
 TEST_F(ParameterSetTest, RangeChecksAndRemoval) {
   AddLongs(set.get(), {{L"a", 1}, {L"b", 2}, {L"c", 3}});
   for (int32_t index : {-1, 3}) {
@@ -198,6 +137,7 @@ TEST_F(ParameterSetTest, RangeChecksAndRemoval) {
     EXPECT_EQ(set->put_Item(index, MakeLong(1).get()), E_INVALIDARG) << index;
     EXPECT_EQ(set->put_ItemFlags(index, 1), E_INVALIDARG) << index;
     EXPECT_EQ(set->put_ItemDescriptor(index, nullptr), E_INVALIDARG) << index;
+    EXPECT_EQ(set->Iterate(index, nullptr, nullptr, nullptr, nullptr), E_INVALIDARG) << index;
   }
   EXPECT_EQ(set->Remove(0), S_OK);
   EXPECT_EQ(set->Rename(1, MakeString(L"d").get()), S_OK);
@@ -205,6 +145,100 @@ TEST_F(ParameterSetTest, RangeChecksAndRemoval) {
   EXPECT_EQ(LongAt(set.get(), 1), 3);
   EXPECT_EQ(set->RemoveAll(), S_OK);
   EXPECT_EQ(NamesOf(set.get()).size(), 0u);
+}
+
+// One set under each identity; the property pages it names; its values released with it.
+TEST_F(ParameterSetTest, IdentitiesPagesAndReferences) {
+  for (const IID* iid : {&IID_IParameters, &IID_INamedCollection}) {
+    SmartPtr<IUnknown> answer;
+    ASSERT_EQ(set->QueryInterface(*iid, answer.ReceiveVoid()), S_OK);
+    EXPECT_EQ(static_cast<void*>(answer.get()), static_cast<void*>(set.get()));
+  }
+  SmartPtr<INamedCollection> list;
+  ASSERT_EQ(QueryAs<IUIPropertyPageSpecify>(set.get())->GetPages(0, list.Receive(), nullptr), S_OK);
+  EXPECT_EQ(NamesOf(list.get()),
+            (std::vector<std::wstring>{L"UIPropPages.UIParametersPropPage", L"UIPropPages.UIFileArchivePropPage"}));
+
+  SmartPtr<IVariant> value = MakeLong(1);
+  SmartPtr<IParametersCreatable> descriptor = NewParameters();
+  const uint32_t valueRefs = RefCountOf(value.get()), descriptorRefs = RefCountOf(descriptor.get());
+  set->Add(MakeString(L"a").get(), value.get(), descriptor.get(), 0);
+  EXPECT_EQ(RefCountOf(value.get()), valueRefs + 1);
+  set.Reset();
+  EXPECT_EQ(RefCountOf(value.get()), valueRefs);
+  EXPECT_EQ(RefCountOf(descriptor.get()), descriptorRefs);
+}
+
+// Saving through IDataPersist picks the layout by the stream's kind; without
+// settings the XML is lean. A byte stream gets nothing and loads nothing.
+TEST_F(ParameterSetTest, PersistByStreamKind) {
+  set->Add(MakeString(L"c").get(), MakeLong(0x00332211).get(), nullptr, 0x23);
+  SmartPtr<IDataPersist> persist = QueryAs<IDataPersist>(set.get());
+  EXPECT_EQ(LeanXMLOf([&](IDataStream* xml) { persist->Save(xml, 0); }), L"<c>#112233</c>");
+  SmartPtr<IDataStream> bytes = CreateObjectAs<IDataStream>(L"DataStream");
+  EXPECT_EQ(persist->Save(bytes.get(), 0), S_OK);
+  EXPECT_EQ(set->Params_SaveXML(bytes.get(), 0), S_OK);
+  EXPECT_EQ(set->Params_SaveCSV(bytes.get(), 0), S_OK);
+  EXPECT_EQ(BytesOf(bytes.get()), "");
+  EXPECT_EQ(persist->Load(bytes.get(), 0), E_NOTIMPL);
+  EXPECT_EQ(set->Params_LoadXML(bytes.get(), kLoadReplace, 0), S_OK) << "ignored";
+  EXPECT_EQ(set->Params_LoadXML(nullptr, kLoadReplace, 0), S_OK);
+
+  SmartPtr<IFolderStream> folder = CreateObjectAs<IFolderStream>(L"FolderStream");
+  ASSERT_EQ(persist->Save(folder.get(), 0), S_OK);
+  SmartPtr<IParametersCreatable> loaded = NewParameters();
+  loaded->Add(MakeString(L"stale").get(), MakeLong(1).get(), nullptr, 0);
+  EXPECT_EQ(QueryAs<IDataPersist>(loaded.get())->Load(folder.get(), 0), S_OK);
+  EXPECT_EQ(NamesOf(static_cast<IParameters*>(loaded.get())), (std::vector<std::wstring>{L"c"})) << "replace mode";
+  EXPECT_EQ(NamesOf(static_cast<IParameters*>(set.get())), (std::vector<std::wstring>{L"c"}));
+  int32_t loadedMarker = 0;
+  QueryAs<IFileArchive>(loaded.get())->Inquire(1, &loadedMarker);
+  EXPECT_EQ(loadedMarker, 1);
+}
+
+TEST(ParametersCreatableTest, FindConditions) {
+  struct Case {
+    const wchar_t* condition;
+    SmartPtr<IVariant> value;  // of the parameter "Speed", or "Mode" when the condition names it
+    HRESULT expected;
+  };
+  const Case cases[] = {
+      {L"Speed >= 10", MakeLong(10), S_OK},
+      {L"Speed > 10", MakeLong(10), E_FAIL},
+      {L"Speed<10.5", MakeDouble(10.4), S_OK},
+      {L"Speed <= 9", MakeLong(10), E_FAIL},
+      {L"Speed != 10", MakeLong(10), E_FAIL},
+      {L"Speed!9", MakeLong(10), E_FAIL},
+      {L"Speed == 10", MakeText(L"10"), S_OK},
+      {L"Speed=10+-5%", MakeDouble(10.4), S_OK},
+      {L"Speed=10+-5%", MakeDouble(10.6), E_FAIL},
+      {L"Speed=0+-5%", MakeDouble(0.04), S_OK},
+      {L"Speed=10+-1", MakeDouble(8.9), E_FAIL},
+      {L"Speed=10", MakeLong(10), S_OK},
+      {L"SPEED=10", MakeLong(10), S_OK},
+      {L"Nope=10", MakeLong(10), E_FAIL},
+      {L" Speed\t= 10 ", MakeLong(10), S_OK},
+      {L"Speed=", MakeLong(10), E_FAIL},
+      {L"Mode='auto'", MakeText(L"auto mode"), S_OK},
+      {L"Mode='auto'", MakeText(L"automatic"), E_FAIL},
+      {L"Mode=\"auto\"", MakeText(L"x auto,y"), S_OK},
+      {L"Mode!='auto'", MakeText(L"automatic"), S_OK},
+      {L"Mode=uto", MakeText(L"automatic"), S_OK},
+      {L"Mode!=uto", MakeText(L"automatic"), E_FAIL},
+      {L"Mode=1234567890", MakeText(L"1234567890"), S_OK},
+      {L"atic", MakeText(L"automatic"), S_OK},
+      {L"=atic", MakeText(L"automatic"), E_FAIL},
+      {L"xyz", MakeText(L"automatic"), E_FAIL},
+  };
+  for (const Case& c : cases) {
+    const bool text = std::wstring(c.condition).find(L"ode") != std::wstring::npos;
+    SmartPtr<IParametersCreatable> set = NewParameters();
+    set->Add(MakeString(L"Other").get(), MakeLong(0).get(), nullptr, 0);
+    set->Add(MakeString(text ? L"Mode" : L"Speed").get(), c.value.get(), nullptr, 0);
+    EXPECT_EQ(QueryAs<IPMSearch>(set.get())->Find(MakeString(c.condition).get(), 0, nullptr), c.expected)
+        << c.condition;
+  }
+  EXPECT_EQ(QueryAs<IPMSearch>(NewParameters().get())->Find(MakeString(L"a").get(), 0, nullptr), E_FAIL);
 }
 
 }  // namespace

@@ -1,17 +1,15 @@
-// Helpers of the persistence tests: sets built from rows, XML text in and out, scratch files.
+// Helpers of the persistence tests: sets built from rows, described back, XML text in and out.
 #pragma once
 
-#include <unistd.h>
-
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "collection_test_support.h"
+#include "storage_test_support.h"
 
 namespace persistence_test {
 
 using namespace collection_test;
+using namespace storage_test;
 
 struct Row {
   const wchar_t* name;
@@ -44,15 +42,45 @@ inline std::vector<std::wstring> Describe(IParameters* set) {
   return rows;
 }
 
-// What Params_SaveXML writes with `flags`, on a lean stream (no layout text).
-inline std::wstring SavedXML(IParameters* set, int32_t flags) {
+// "name:flags:item parameters:attached parameters:" per item of a collection.
+inline std::vector<std::wstring> DescribeItems(ISuperCollection* collection) {
+  std::vector<std::wstring> rows;
+  int32_t count = 0;
+  collection->get_Count(&count);
+  for (int32_t i = 0; i < count; ++i) {
+    SmartPtr<IString> name;
+    SmartPtr<IUnknown> object, attached;
+    int32_t flags = 0;
+    collection->get_ItemName(i, name.Receive());
+    collection->get_Item(i, object.Receive());
+    collection->get_ItemAttached(i, attached.Receive());
+    collection->get_ItemFlags(i, &flags);
+    std::wstring row = (name ? TextOf(name) : L"<null>") + L":" + std::to_wstring(flags) + L":";
+    for (IUnknown* part : {object.get(), attached.get()}) {
+      if (SmartPtr<IParameters> set = QueryAs<IParameters>(part))
+        for (const std::wstring& p : Describe(set.get())) row += p + L";";
+      row += L":";
+    }
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+// The text `save` writes to a lean XML stream (no layout text).
+template <class Save>
+std::wstring LeanXMLOf(Save save) {
   SmartPtr<IXMLStreamEx> xml = CreateObjectAs<IXMLStreamEx>(L"XMLStreamEx");
   xml->SetOptions(-1, kXMLOptionLean);
-  set->Params_SaveXML(QueryAs<IDataStream>(xml.get()).get(), flags);
+  save(QueryAs<IDataStream>(xml.get()).get());
   void* text = nullptr;
   int32_t size = 0;
   xml->GetTextBuffer(&text, &size);
   return std::wstring(static_cast<const wchar_t*>(text), static_cast<size_t>(size) / sizeof(wchar_t));
+}
+
+// What Params_SaveXML writes with `flags`.
+inline std::wstring SavedXML(IParameters* set, int32_t flags) {
+  return LeanXMLOf([&](IDataStream* stream) { set->Params_SaveXML(stream, flags); });
 }
 
 // A stream reading `text`, positioned on its first element when `enter`.
@@ -65,41 +93,6 @@ inline SmartPtr<IDataStream> XMLReading(const std::wstring& text, bool enter) {
   else
     stream = QueryAs<IDataStream>(xml.get());
   return stream;
-}
-
-// A fresh folder below the build folder for one test's files (named after the
-// running test too, so tests that run in parallel never share one).
-inline std::string ScratchFolder(const std::string& name) {
-  const ::testing::TestInfo* test = ::testing::UnitTest::GetInstance()->current_test_info();
-  const std::string folder = "persist-" + name + "-" + (test ? test->name() : "none");
-  std::string command = "rm -rf '" + folder + "' && mkdir -p '" + folder + "'";
-  if (std::system(command.c_str()) != 0) return ".";
-  char cwd[4096];
-  return std::string(getcwd(cwd, sizeof(cwd)) ? cwd : ".") + "/" + folder;
-}
-
-inline std::wstring Wide(const std::string& text) { return std::wstring(text.begin(), text.end()); }
-
-inline std::string FileBytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-inline void WriteFile(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
-
-// UTF-16LE units of ASCII text.
-inline std::string Utf16(const std::string& text) {
-  std::string units;
-  for (char c : text) units += {c, '\0'};
-  return units;
-}
-
-inline SmartPtr<IFileArchive> ArchiveOf(IUnknown* object, const std::string& path) {
-  SmartPtr<IFileArchive> archive = QueryAs<IFileArchive>(object);
-  if (archive) archive->put_Filename(MakeString(Wide(path)).get());
-  return archive;
 }
 
 }  // namespace persistence_test

@@ -35,8 +35,7 @@ TEST(ISCreateVariantPrecision, NumbersAndPlainNumberTexts) {
       // -16 gives the hexadecimal form; other precisions below -1 one byte in binary.
       {Long(255), -16, L"#0000FF"}, {Double(2.9), -16, L"#000002"}, {Long(4660), -22, L"00010010"},
       {Long(0x12345678), -42, L"00010010"}, {Long(0x12345678), -24, L"00010010"},
-      {Long(0x12345678), -32, L"00110100"}, {Long(0x12345678), -23, L"00110100"},
-      {Long(0x12345678), -5, L"01111000"},
+      {Long(0x12345678), -32, L"00110100"}, {Long(0x12345678), -23, L"00110100"}, {Long(0x12345678), -5, L"01111000"},
       // A text that is a plain number is formatted as one; any other stays as it is.
       {Text(L"000000042"), -1, L"42"},
       {Text(L"0000000042"), -1, L"0000000042"},  // ten characters: stays a text
@@ -53,15 +52,6 @@ TEST(ISCreateVariantPrecision, NumbersAndPlainNumberTexts) {
   EXPECT_EQ(304u, huge.size());
   EXPECT_EQ(L".00", huge.substr(301));
 }
-
-// An object that does not tell its class name.
-class CAnonymousObject : public CObjectImpl<CAnonymousObject> {
- public:
-  static constexpr wchar_t kObjectName[] = L"AnonymousObject";
-  static constexpr InterfaceEntry<CAnonymousObject> kInterfaces[] = {
-      {&IID_IObjectInfo, [](CAnonymousObject*) -> IUnknown* { return nullptr; }},
-  };
-};
 
 TEST(ISCreateVariant, TextOfEveryKind) {
   EXPECT_EQ(nullptr, ISCreate(static_cast<IVariant*>(nullptr)));
@@ -105,8 +95,7 @@ TEST(ISCreateText, WideTextViewsAndLenientUtf8) {
   EXPECT_EQ(L"val", Adopted(ISCreate(tagREFString{3, source.c_str() + 4})));
   EXPECT_EQ(L"", Adopted(ISCreate("abc", -1)));
   struct Case { std::string bytes; std::wstring expected; } cases[] = {
-      {"\xC3\xA9", std::wstring(1, wchar_t(233))},
-      {"\xE2\x82\xAC", std::wstring(1, wchar_t(0x20AC))},
+      {"\xC3\xA9", std::wstring(1, wchar_t(233))}, {"\xE2\x82\xAC", std::wstring(1, wchar_t(0x20AC))},
       {"\xF0\x9F\x98\x80", std::wstring(1, wchar_t(0x1F600))},
       {"\x80", std::wstring(1, wchar_t(0))},         // a stray follower gives its low six bits
       {"a\xC3", std::wstring(L"a") + wchar_t(3)},    // a lead byte at the end likewise
@@ -125,8 +114,7 @@ TEST(IVCreateConvert, KindByTheLookOfTheText) {
   // `rest` is the caller's view after trimming, and the text of a string result.
   struct Case { std::wstring text; int32_t type; double number; std::wstring rest; } cases[] = {
       {L"-0.5", kVariantReal, -0.5, L"-0.5"}, {L"5.", kVariantReal, 5, L"5."},
-      {L"123456789", kVariantInteger, 123456789, L"123456789"},
-      {L"1234567890", kVariantNotNumber, 0, L"1234567890"},
+      {L"123456789", kVariantInteger, 123456789, L"123456789"}, {L"1234567890", kVariantNotNumber, 0, L"1234567890"},
       {L"12 apples", kVariantInteger, 12, L"12 apples"},
       {L"12 apples!", kVariantNotNumber, 0, L"12 apples!"},  // ten characters with what follows the blank
       {L"  7", kVariantInteger, 7, L"7"}, {L"\u00EF\u00FE5", kVariantInteger, 5, L"5"},
@@ -174,13 +162,10 @@ TEST(IS2Double, SignDigitsAndFractionOnly) {
 TEST(XMLFindStr, PositionsAdvanceAndRestart) {
   struct Case { std::wstring view, pattern; int16_t advance, caseSensitive; HRESULT result; std::wstring rest; };
   const Case cases[] = {
-      {L"<a><b>", L"<b>", 0, 1, 5, L"<a><b>"},
-      {L"<a><b>x", L"<b>", 1, 1, 6, L"x"},
+      {L"<a><b>", L"<b>", 0, 1, 5, L"<a><b>"}, {L"<a><b>x", L"<b>", 1, 1, 6, L"x"},
       {L"aab", L"ab", 0, 1, 2, L"aab"},         // the mismatching character starts the pattern again
       {L"aaab", L"aab", 0, 1, E_FAIL, L"aaab"},  // but an overlapping start is missed
-      {L"<A>", L"<a>", 0, 0, 2, L"<A>"},
-      {L"<A>", L"<a>", 0, 1, E_FAIL, L"<A>"},
-      {L"ab", L"abc", 0, 1, E_FAIL, L"ab"},
+      {L"<A>", L"<a>", 0, 0, 2, L"<A>"}, {L"<A>", L"<a>", 0, 1, E_FAIL, L"<A>"}, {L"ab", L"abc", 0, 1, E_FAIL, L"ab"},
       {L"ab", std::wstring(L"b\0", 2), 1, 1, 2, L""},  // the terminating zero is looked at
       {L"a", L"", 0, 1, E_FAIL, L"a"},
   };
