@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "runtime/smart_ptr.h"
+#include "strings/c_locale.h"
 
 namespace {
 
@@ -81,6 +82,7 @@ int AutomaticDecimals(double value) {
 // Fixed-point text with `decimals` decimals. Texts longer than the usual buffer
 // (huge values or many decimals) get a buffer of their own rather than failing.
 IString* FixedPointText(double value, int decimals) {
+  CLocaleScope numbersAsInC;
   const int needed = std::snprintf(nullptr, 0, "%.*f", decimals, value);
   wchar_t small[kFormatBufferLength];
   std::unique_ptr<wchar_t[]> large;
