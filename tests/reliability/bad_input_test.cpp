@@ -147,9 +147,10 @@ TEST(BadInput, AbsurdIndicesOnEveryIndexedOperation) {
 TEST(BadInput, NullOutPointers) {
   for (const CollectionClass& cls : kClasses) {
     SmartPtr<INamedCollection> collection = cls.make();
-    for (const Operation* op : OperationsOf(collection.get()))
-      if (std::string(op->name).rfind("get_", 0) == 0)
-        EXPECT_EQ(op->call(collection.get(), 0, true), E_POINTER) << testing::PrintToString(cls.name) << " " << op->name;
+    for (const Operation* op : OperationsOf(collection.get())) {
+      if (std::string(op->name).rfind("get_", 0) != 0) continue;
+      EXPECT_EQ(op->call(collection.get(), 0, true), E_POINTER) << testing::PrintToString(cls.name) << " " << op->name;
+    }
     int32_t* noCount = nullptr;
     EXPECT_EQ(collection->get_Count(noCount), E_POINTER) << testing::PrintToString(cls.name);
     EXPECT_EQ(collection->get_Index(MakeString(L"a").get(), nullptr), E_POINTER) << testing::PrintToString(cls.name);
