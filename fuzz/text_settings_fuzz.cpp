@@ -7,8 +7,9 @@ using namespace fuzz_support;
 
 namespace {
 
+template <class Stream>
 void ReadAsParameters(const wchar_t* className, IString* name) {
-  SmartPtr<IParameterTextStream> stream = CreateObjectAs<IParameterTextStream>(className);
+  SmartPtr<Stream> stream = CreateObjectAs<Stream>(className);
   SmartPtr<IParametersCreatable> set = CreateObjectAs<IParametersCreatable>(L"ParametersCreatable");
   stream->put_Parameters(set.get());
   stream->Load(name, kLoadReplace);
@@ -51,8 +52,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string path = WriteScratch(data, size, ".ini");
   setenv("PARAMS_SETTINGS", path.c_str(), 1);
   SmartPtr<ICreatableString> name = MakeString(WideOf(path));
-  ReadAsParameters(L"CSVStream", name.get());
-  ReadAsParameters(L"INIStream", name.get());
+  ReadAsParameters<ICSVStream>(L"CSVStream", name.get());
+  ReadAsParameters<IINIStream>(L"INIStream", name.get());
   ReadSettings(name.get());
   return 0;
 }
