@@ -4,7 +4,7 @@ ARMHF_BUILD ?= build-armhf
 GENERATOR := -G Ninja
 CMAKE_FLAGS ?=
 
-.PHONY: all bootstrap configure build run test bench asan tsan armhf clean
+.PHONY: all bootstrap configure build run test bench asan tsan armhf fuzz clean
 
 all: build
 
@@ -41,6 +41,15 @@ armhf:
 	@cmake -S . -B $(ARMHF_BUILD) $(GENERATOR) -DCMAKE_TOOLCHAIN_FILE=$(CURDIR)/cmake/armhf.cmake $(CMAKE_FLAGS) >/dev/null
 	@cmake --build $(ARMHF_BUILD)
 	@cd $(ARMHF_BUILD) && ctest --output-on-failure -j2
+
+# Every libFuzzer target in fuzz/ for FUZZ_SECONDS each (clang build in build-fuzz/);
+# any crash, leak, undefined behaviour, timeout or out-of-memory fails.
+FUZZ_SECONDS ?= 60
+fuzz:
+	@scripts/bootstrap fuzz
+	@cmake -S . -B build-fuzz $(GENERATOR) -DCMAKE_CXX_COMPILER=clang++ -DPARAMS_FUZZ=ON $(CMAKE_FLAGS) >/dev/null
+	@cmake --build build-fuzz
+	@scripts/fuzz build-fuzz $(FUZZ_SECONDS)
 
 # Benchmarks (speed and memory), built with optimisation in a build folder of
 # their own; each program writes a JSON report, and the run ends with one table

@@ -23,6 +23,21 @@ size_t TerminatedLength(const wchar_t* text, int32_t byteCount) {
   return zero ? static_cast<size_t>(zero - text) : limit;
 }
 
+// Objects being read inside one another on this thread. A document may nest
+// objects without end; past kMaxObjectDepth ReadObject refuses (E_FAIL), so
+// reading never runs out of stack. Folder-stream files have the same cap.
+constexpr int32_t kMaxObjectDepth = 100;
+thread_local int32_t tObjectDepth = 0;
+
+class ObjectDepthScope {
+ public:
+  ObjectDepthScope() { ++tObjectDepth; }
+  ~ObjectDepthScope() { --tObjectDepth; }
+  ObjectDepthScope(const ObjectDepthScope&) = delete;
+  ObjectDepthScope& operator=(const ObjectDepthScope&) = delete;
+  bool TooDeep() const { return tObjectDepth > kMaxObjectDepth; }
+};
+
 }  // namespace
 
 template <class Self>
@@ -172,6 +187,8 @@ HRESULT CXMLStreamBase<Self>::ReadObject(tagREFString name, IUnknown** object) {
     const HRESULT found = SelectChild(name, &node);
     if (FAILED(found)) return found;
     if (node.type() != pugi::node_element) return E_INVALIDARG;
+    ObjectDepthScope depth;
+    if (depth.TooDeep()) return E_FAIL;
     const std::wstring className = XMLChildName(node);
     IID unknown = IID_IUnknown;
     SmartPtr<IUnknown> created = SmartPtr<IUnknown>::Adopt(

@@ -100,14 +100,20 @@ HRESULT CInputParameter::BindCollectionItem(IUnknown* source, bool checkType) {
   }
 }
 
+SmartPtr<IUnknown> CInputParameter::HeldSource() {
+  ScopedLock<CResourceLock> lock(m_Lock);
+  return m_Source;
+}
+
 HRESULT CInputParameter::get_Object(IUnknown** object) {
   if (!object) return E_INVALIDARG;
   *object = nullptr;
-  if (!m_Source) return E_INVALIDARG;
+  // The lock is never held while the source is read: two bindings reading each
+  // other's sets from two threads would otherwise wait for each other for ever.
+  SmartPtr<IUnknown> source = HeldSource();  // kept alive even if a nested call rebinds
+  if (!source) return E_INVALIDARG;
   ResolutionGuard guard(this);
   if (!guard.Entered()) return E_FAIL;  // a cycle of bindings, or nested too deep
-  ScopedLock<CResourceLock> lock(m_Lock);
-  SmartPtr<IUnknown> source = m_Source;  // kept alive even if a nested call rebinds
   HRESULT result = S_OK;
   if (FetchFromParameterSet(source.get(), object, &result)) return result;
   if (FetchFromCollection(source.get(), object, &result)) return result;
@@ -122,7 +128,10 @@ bool CInputParameter::FetchFromParameterSet(IUnknown* source, IUnknown** object,
   if (!set || !m_Name || FAILED(set->get_Index(m_Name.get(), &position))) return false;
   SmartPtr<IVariant> value;
   set->get_ItemVariant(position, value.Receive());
-  m_LastValue = value;
+  {
+    ScopedLock<CResourceLock> lock(m_Lock);
+    m_LastValue = value;
+  }
   *result = position;
   if (!value || !value->IsObject()) {
     *object = SmartPtr<IUnknown>(value.get()).Detach();

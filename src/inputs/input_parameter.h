@@ -12,8 +12,10 @@
 // success code on the parameter-set path; a typed SetSource stops at the first
 // object-valued item even when it does not qualify.
 //
-// Only get_Object takes the object's lock; SetSource and the setters do not,
-// so callers that rebind while another thread fetches serialise themselves.
+// Only get_Object takes the object's lock, and only to copy the source and to
+// store the last value, never while it reads the source; SetSource and the
+// setters take none, so callers that rebind while another thread fetches
+// serialise themselves.
 #pragma once
 
 #include "runtime/object.h"
@@ -62,6 +64,8 @@ class CInputParameter : public CObjectImpl<CInputParameter, IInputParameter, IDa
   // Binds to the first suitable item of a named collection; E_FAIL when none is.
   HRESULT BindCollectionItem(IUnknown* source, bool checkType);
 
+  // Another reference to the source, read under the lock.
+  SmartPtr<IUnknown> HeldSource();
   // The steps of get_Object; each returns false when the next step should run.
   bool FetchFromParameterSet(IUnknown* source, IUnknown** object, HRESULT* result);
   bool FetchFromCollection(IUnknown* source, IUnknown** object, HRESULT* result);
@@ -80,6 +84,6 @@ class CInputParameter : public CObjectImpl<CInputParameter, IInputParameter, IDa
   int32_t m_AssignmentFlags = 0;
   SmartPtr<IUnknown> m_Source;
   IID m_IID = IID_NULL;
-  CResourceLock m_Lock;            // guards get_Object
+  CResourceLock m_Lock;            // guards get_Object's copy of the source and m_LastValue
   SmartPtr<IVariant> m_LastValue;  // the value fetched by the last get_Object from a parameter set
 };

@@ -78,9 +78,17 @@ class IParametersImpl : public Interface, protected ParameterStore {
     return S_OK;
   }
 
+  // The locked reads copy the record under the lock and resolve its binding
+  // after releasing it (see HeldRecordValue).
   HRESULT get_Item(int32_t index, IUnknown** item) override {
-    ScopedCollectionLock lock(*this);
-    return get_ItemNOLOCK(index, item);
+    if (!item) return E_POINTER;
+    HeldRecordValue held;
+    {
+      ScopedCollectionLock lock(*this);
+      if (!InRange(index)) return E_INVALIDARG;
+      held = HoldValueOf(m_Items[index]);
+    }
+    return EffectiveItemOf(held, item);
   }
 
   HRESULT get_Index(IUnknown* key, int32_t* index) override {
@@ -121,24 +129,32 @@ class IParametersImpl : public Interface, protected ParameterStore {
 
   HRESULT Iterate(int32_t index, IString** name, IVariant** value, IUnknown** descriptor, int32_t* flags) override {
     if (!InRange(index)) return E_INVALIDARG;
-    ScopedCollectionLock lock(*this);
-    if (!InRange(index)) return E_INVALIDARG;
-    PARAMETEROBJECT* record = m_Items[index];
-    if (value) EffectiveVariantOf(record, value);
-    if (descriptor && record->Descriptor) {
-      *descriptor = record->Descriptor;
-      record->Descriptor->AddRef();
+    HeldRecordValue held;
+    {
+      ScopedCollectionLock lock(*this);
+      if (!InRange(index)) return E_INVALIDARG;
+      PARAMETEROBJECT* record = m_Items[index];
+      held = HoldValueOf(record);
+      if (descriptor && record->Descriptor) {
+        *descriptor = record->Descriptor;
+        record->Descriptor->AddRef();
+      }
+      if (flags) *flags = record->Flags;
+      if (name) get_ItemNameNOLOCK(index, name);
     }
-    if (flags) *flags = record->Flags;
-    if (name) get_ItemNameNOLOCK(index, name);
+    if (value) EffectiveVariantOf(held, value);
     return S_OK;
   }
 
   HRESULT get_ItemVariant(int32_t index, IVariant** value) override {
     if (!InRange(index)) return E_INVALIDARG;
-    ScopedCollectionLock lock(*this);
-    if (!InRange(index)) return E_INVALIDARG;
-    return EffectiveVariantOf(m_Items[index], value);
+    HeldRecordValue held;
+    {
+      ScopedCollectionLock lock(*this);
+      if (!InRange(index)) return E_INVALIDARG;
+      held = HoldValueOf(m_Items[index]);
+    }
+    return EffectiveVariantOf(held, value);
   }
 
   HRESULT put_Item(int32_t index, IUnknown* value) override {

@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "runtime/smart_ptr.h"
+#include "strings/c_locale.h"
 
 namespace {
 
@@ -95,6 +96,7 @@ IString* FixedPointText(double value, int decimals) {
     std::copy(narrow, written.ptr, wide);  // digits, sign, point, "inf" or "nan": ASCII only
     return StringOfBuffer(wide, static_cast<int>(written.ptr - narrow));
   }
+  CLocaleScope numbersAsInC;  // printf follows the process locale
   const int needed = std::snprintf(nullptr, 0, "%.*f", decimals, value);
   wchar_t small[kFormatBufferLength];
   std::unique_ptr<wchar_t[]> large;

@@ -5,6 +5,7 @@
 #include <cwctype>
 
 #include "runtime/smart_ptr.h"
+#include "strings/c_locale.h"
 
 namespace {
 
@@ -315,6 +316,7 @@ int _wcsnicmp(const wchar_t* a, const wchar_t* b, unsigned int count) {
 
 int _swprintf(wchar_t* buffer, unsigned int size, const wchar_t* format, ...) {
   if (!buffer || size == 0) return 0;
+  CLocaleScope numbersAsInC;
   va_list args;
   va_start(args, format);
   const int count = format ? std::vswprintf(buffer, size, format, args) : -1;

@@ -70,7 +70,8 @@ struct CREFString : tagREFString {
 // It does not stop at a terminating zero.
 int _wcsnicmp(const wchar_t* a, const wchar_t* b, unsigned int count);
 
-// vswprintf into `buffer` (capacity `size`), terminated; returns the count.
+// vswprintf into `buffer` (capacity `size`), terminated, in the "C" locale
+// whatever the process locale; returns the count.
 // When formatting fails the buffer holds an empty text and the count is 0.
 int _swprintf(wchar_t* buffer, unsigned int size, const wchar_t* format, ...);
 
