@@ -152,8 +152,6 @@ TEST(Registry, ReadsSettingsInEveryTextEncoding) {
   const std::string utf8 = "[Workspace]\nInstallPath=/\xC3\xA9t\xC3\xA9/app\n";
   const Case cases[] = {
       {"UTF-16 with mark", "\xFF\xFE" + storage_test::Utf16(lines)},
-      {"UTF-16 without mark: the first unit is dropped", storage_test::Utf16("\n" + lines)},
-      {"UTF-8", utf8},
       {"UTF-8 with mark", "\xEF\xBB\xBF" + utf8},
       {"8-bit text", lines},
   };
