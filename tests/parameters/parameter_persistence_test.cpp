@@ -28,7 +28,6 @@ TEST(ParameterXMLTest, ShapesFlagsAndLeanAdjustments) {
       {"colour in lean output", MakeLong(0x00332211), 0x23, false, kSaveLean, L"#112233"},
       {"colour outside lean", MakeLong(0x00332211), 0x23, false, 0, L"<Value>3351057</Value><Flags>#000023</Flags>"},
       {"kind 5 dropped in lean", MakeLong(3), 5, false, kSaveLean, L"3"},
-      {"kind 5 kept outside lean", MakeLong(3), 5, false, 0, L"<Value>3</Value><Flags>#000005</Flags>"},
       {"exactly 9 dropped in lean", MakeLong(3), 9, false, kSaveLean, L"3"},
       {"0x19 kept in lean", MakeLong(3), 0x19, false, kSaveLean, L"<Value>3</Value><Flags>#000019</Flags>"},
       {"0x8000000 never written", MakeLong(3), 0x8000001, false, 0, L"<Value>3</Value><Flags>#000001</Flags>"},
