@@ -33,7 +33,6 @@ TEST(ModuleCreateFunction, FindsTheClassOrReportsAMissingModule) {
       {L"NoSuchModule", 12, L"Variant", false, missing("NoSuchModule")},
       {std::wstring(240, L'm'), 240, L"Variant", false, missing(std::string(240, 'm'))},
       {std::wstring(241, L'm'), 241, L"Variant", false, ""},
-      {std::wstring(100000, L'm'), 100000, L"Variant", false, ""},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << c.module.substr(0, 20) << "/" << c.length);
@@ -55,7 +54,6 @@ TEST(CreateObject, ByClassNameThroughTheCollection) {
   struct Case { const wchar_t* className; const IID* iid; bool created; } cases[] = {
       {L"Variant", &IID_IVariant, true},
       {L"NoSuchClass", &IID_IVariant, false},
-      {L"variant", &IID_IVariant, false},  // class names are case-sensitive
       {L"Variant", &IID_IString, false},   // a variant is not a string
   };
   for (const Case& c : cases) {
