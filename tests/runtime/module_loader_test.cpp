@@ -66,7 +66,7 @@ TEST(CreateObject, ByClassNameThroughTheCollection) {
 }
 
 // Strings and variants are made straight from CollectionsEx when no collection is kept, a new object on
-// each call; a component describes its class.
+// each call; a component describes its class. A number buffer is made by class name.
 TEST(Components, MakeStringsAndVariantsWithoutACollectionAndDescribeTheirClass) {
   InitializeModule(nullptr, nullptr);
   SmartPtr<ICreatableString> text = MakeString(L""), other = MakeString(L"");
@@ -83,6 +83,7 @@ TEST(Components, MakeStringsAndVariantsWithoutACollectionAndDescribeTheirClass) 
   component->GetProperty(kComponentClassName, name.Receive());
   EXPECT_EQ(TextOf(module) + L" " + TextOf(name), L"Collections CreatableString");
   EXPECT_EQ(GetComponentString(MakeString(L"NoSuchClass").get()), nullptr);
+  EXPECT_TRUE(SmartPtr<IDblVector>::Adopt(BASEObject::CreateDBLBuffer()));
 }
 
 }  // namespace
