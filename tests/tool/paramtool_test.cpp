@@ -91,7 +91,6 @@ TEST_F(ParamtoolTest, CommandsOnTheExamples) {
       {{"render", "report.txt", "-p", "machine.xml", "Operator=Ada"}, 0,
        "Machine report: Mill-3 line 2\n  mode       auto\n  spindle    1500 rpm at 42.5 Nm\n"
        "  feed       1200 mm/min, 4 teeth\n  log file   /var/lib/mill/logs/run.csv\n  operator   Ada\n"},
-      {{"render", "report.txt", "-p", "machine.xml"}, 0, "  operator   __Operator__\n"},
       {{"render", "braces.txt", "--tags", "{", "}", "--drop-unknown", "-p", "machine.xml"}, 0, "auto//4\n"},
       {{"find", "machine.xml", "SpindleSpeed>=1000"}, 0, "SpindleSpeed>=1000: yes\n"},
       {{"find", "machine.xml", "SpindleSpeed=1600+-5%"}, 1, "no\n"},  // 1520 to 1680
