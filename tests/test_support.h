@@ -49,6 +49,13 @@ inline std::wstring TextOf(const tagREFString& view) {
 
 inline SmartPtr<IVariant> MakeVariant() { return SmartPtr<IVariant>::Adopt(CREFString::CreateVariant()); }
 
+// A variant holding `object`.
+inline SmartPtr<IVariant> MakeHolding(IUnknown* object) {
+  SmartPtr<IVariant> value = MakeVariant();
+  if (value) value->Assign(object);
+  return value;
+}
+
 inline SmartPtr<IVariant> MakeLong(int32_t value) {
   SmartPtr<IVariant> v = MakeVariant();
   v->SetLong(value);

@@ -43,9 +43,7 @@ void FillSample(IFolderStream* root) {
   root->WriteValue(Ref(L"real"), MakeDouble(-1.5e300).get());
   root->WriteValue(Ref(L"negative zero"), MakeDouble(-0.0).get());
   root->WriteValue(Ref(L"Größe \U0001F600"), MakeText(L"ü = \U00010348, 😀").get());
-  SmartPtr<IVariant> holder = MakeVariant();
-  holder->Assign(MakeFileInfo(L"inner.xml", L"Inner", 3).get());
-  root->WriteValue(Ref(L"held object"), holder.get());
+  root->WriteValue(Ref(L"held object"), MakeHolding(MakeFileInfo(L"inner.xml", L"Inner", 3).get()).get());
   const unsigned char bytes[] = {0x00, 0xFF, 0x10, 0x00};
   root->WriteBinary(Ref(L"Flags"), bytes, sizeof(bytes));
   root->WriteBinary(Ref(L"nothing"), nullptr, 0);

@@ -48,9 +48,7 @@ TEST(INIStream, WritesOneLinePerParameterAndReadsThemBack) {
   AddTo(set.get(), L"Größe", MakeText(L"a, b = c \U0001F600").get());
   AddTo(set.get(), nullptr, MakeText(L"unnamed").get());
   AddTo(set.get(), L"object", MakeString(L"a string object").get());  // wrapped: its text is the value
-  SmartPtr<IVariant> holder = MakeVariant();
-  holder->Assign(CreateObjectAs<IUnknown>(L"FileInfo").get());
-  AddTo(set.get(), L"held", holder.get());  // an object value: left out
+  AddTo(set.get(), L"held", MakeHolding(CreateObjectAs<IUnknown>(L"FileInfo").get()).get());  // an object value: left out
 
   SmartPtr<IParameterTextStream> stream = StreamFor(L"INIStream", set.get());
   ASSERT_TRUE(QueryAs<IINIStream>(stream.get()));

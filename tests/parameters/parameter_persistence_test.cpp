@@ -88,8 +88,7 @@ TEST(ParameterXMLTest, SavedFullShapeMergesBackWithFlagsAndDescriptor) {
 
 TEST(ParameterXMLTest, ObjectLayoutRoundTrips) {
   SmartPtr<IParametersCreatable> inner = SetOf({{L"k", MakeLong(9)}});
-  SmartPtr<IVariant> object = MakeVariant();
-  object->Assign(inner.get());
+  SmartPtr<IVariant> object = MakeHolding(inner.get());
   SmartPtr<IParametersCreatable> saved = NewParameters();
   saved->Add(MakeString(L"first").get(), object.get(), DescriptorWithMin().get(), 0x23);
   saved->Add(MakeString(L"plain").get(), MakeLong(1).get(), nullptr, 0);  // does not persist: left out
@@ -138,8 +137,7 @@ TEST(ParameterFolderStreamTest, CSVLine) {
 }
 
 TEST(ParameterFolderStreamTest, LayoutCasesRoundTrip) {
-  SmartPtr<IVariant> object = MakeVariant();
-  object->Assign(SetOf({{L"k", MakeLong(4)}}).get());
+  SmartPtr<IVariant> object = MakeHolding(SetOf({{L"k", MakeLong(4)}}).get());
   SmartPtr<IParametersCreatable> saved = SetOf({
       {L"plain", MakeDouble(1.5)},
       {L"flagged", MakeText(L"t"), 0x10},
