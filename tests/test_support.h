@@ -49,6 +49,13 @@ inline std::wstring TextOf(const tagREFString& view) {
 
 inline SmartPtr<IVariant> MakeVariant() { return SmartPtr<IVariant>::Adopt(CREFString::CreateVariant()); }
 
+// A variant holding `object`.
+inline SmartPtr<IVariant> MakeHolding(IUnknown* object) {
+  SmartPtr<IVariant> value = MakeVariant();
+  if (value) value->Assign(object);
+  return value;
+}
+
 inline SmartPtr<IVariant> MakeLong(int32_t value) {
   SmartPtr<IVariant> v = MakeVariant();
   v->SetLong(value);
@@ -96,6 +103,22 @@ inline std::string BytesOf(IDataStream* stream) {
   int32_t size = 0;
   if (!stream || stream->GetBuffer(&data, &size) < 0) return "<no buffer>";
   return std::string(static_cast<const char*>(data), static_cast<size_t>(size));
+}
+
+// The text an XML stream holds.
+inline std::wstring XMLTextOf(IXMLStream* stream) {
+  void* data = nullptr;
+  int32_t bytes = 0;
+  if (!stream || stream->GetTextBuffer(&data, &bytes) < 0) return L"<no buffer>";
+  return std::wstring(static_cast<const wchar_t*>(data), static_cast<size_t>(bytes) / sizeof(wchar_t));
+}
+
+// A new "XMLStream" holding `text`; `loaded` receives the result of loading it.
+inline SmartPtr<IXMLStream> XMLStreamOn(const std::wstring& text, HRESULT* loaded = nullptr) {
+  SmartPtr<IXMLStream> stream = CreateObjectAs<IXMLStream>(L"XMLStream");
+  const HRESULT result = stream->LoadContent(text.c_str(), static_cast<int32_t>(text.size() * sizeof(wchar_t)), 0);
+  if (loaded) *loaded = result;
+  return stream;
 }
 
 // Bytes in hexadecimal, each after a blank: " 00 FF".

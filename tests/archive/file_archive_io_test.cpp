@@ -58,7 +58,6 @@ TEST_F(FileArchiveIOTest, TextEncodingsAreDetected) {
       {"Latin-1 is 8-bit text when strict", "caf\xE9!", 2, S_OK, L"caf\u00E9!"},
       {"an overlong sequence is not strict UTF-8", "\xC0\x80x", 2, S_OK, L"\u00C0\u0080x"},
       {"a surrogate is not strict UTF-8", "\xED\xA0\x80x", 2, S_OK, L"\u00ED\u00A0\u0080x"},
-      {"a lone continuation byte gives its low six bits", "a\x85", 1, S_FALSE, L"a\x05"},
       {"a zero byte ends UTF-8 text", std::string("ab\0c", 4), 1, S_FALSE, L"ab"},
   };
   for (const Case& c : cases) {
@@ -153,7 +152,6 @@ TEST_F(FileArchiveIOTest, FileNamesAreCutToFitIn256Bytes) {
       {std::wstring(300, L'a'), std::string(254, 'a')},
       {std::wstring(200, L'\u00E9'), repeat("\xC3\xA9", 127)},
       {std::wstring(253, L'a') + L"\u00E9", std::string(253, 'a')},
-      {std::wstring(100, L'\u20AC'), repeat("\xE2\x82\xAC", 84)},
       {std::wstring(100, L'\U0001F600'), repeat("\xF0\x9F\x98\x80", 63)},
       // 0x7FF takes three bytes and 0xFFFF four, as the framework always encoded them.
       {L"\u07FE\u07FF\uFFFE\uFFFF", "\xDF\xBE" "\xE0\x9F\xBF" "\xEF\xBF\xBE" "\xF0\x8F\xBF\xBF"}, {L"", ""},

@@ -202,18 +202,4 @@ TEST(FileArchiveTest, InterruptedSaveKeepsTheOldFile) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder, ignored), {}), 2) << "no temporary left";
 }
 
-TEST(FileArchiveTest, SaveIntoReadOnlyFolderKeepsTheOldFile) {
-  const std::string folder = ScratchFolder("readonly");
-  const std::string path = folder + "/set.xml";
-  SmartPtr<IParametersCreatable> set = SampleSet();
-  ASSERT_EQ(ArchiveOf(set.get(), path)->Save(), S_OK);
-  const std::string old = FileBytes(path);
-  set->Add(MakeString(L"more").get(), MakeLong(1).get(), nullptr, 0);
-  if (geteuid() == 0) GTEST_SKIP() << "permissions do not stop the super-user";
-  std::filesystem::permissions(folder, std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
-  EXPECT_EQ(ArchiveOf(set.get(), path)->Save(), E_FAIL);
-  std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
-  EXPECT_EQ(FileBytes(path), old);
-}
-
 }  // namespace

@@ -48,9 +48,7 @@ TEST(INIStream, WritesOneLinePerParameterAndReadsThemBack) {
   AddTo(set.get(), L"Größe", MakeText(L"a, b = c \U0001F600").get());
   AddTo(set.get(), nullptr, MakeText(L"unnamed").get());
   AddTo(set.get(), L"object", MakeString(L"a string object").get());  // wrapped: its text is the value
-  SmartPtr<IVariant> holder = MakeVariant();
-  holder->Assign(CreateObjectAs<IUnknown>(L"FileInfo").get());
-  AddTo(set.get(), L"held", holder.get());  // an object value: left out
+  AddTo(set.get(), L"held", MakeHolding(CreateObjectAs<IUnknown>(L"FileInfo").get()).get());  // an object value: left out
 
   SmartPtr<IParameterTextStream> stream = StreamFor(L"INIStream", set.get());
   ASSERT_TRUE(QueryAs<IINIStream>(stream.get()));
@@ -77,7 +75,6 @@ TEST(ParameterTextStreams, ReadingFollowsTheLineAndFieldRules) {
       {L"INIStream", "[S]\nb = x\n[T]\nc=y\r\n", 0, L"a=i1;b=t'x';c=t'y';"},  // every section, blanks, CR trimmed
       {L"INIStream", "k=v=1\n", 0, L"a=i1;b=i2;k=t'v=1';"},             // a name ends at the first "="
       {L"INIStream", "; c=1\n# d=2\n[e=3]\nno sign\n=4\n", 0, L"a=i1;b=i2;"},  // comments, headers, nameless
-      {L"INIStream", "A=5\n", 0, L"a=t'5';b=i2;"},  // the set matches names without regard to case
       {L"CSVStream", "a=5,b=6\n", 0, L"a=t'5';b=t'6';"},
       {L"CSVStream", "7,8,9\n", 0, L"a=t'7';b=t'8';Item3=t'9';"},  // by position, beyond the set as Item<n>
       {L"CSVStream", "7,8\n", kLoadReplace, L"Item1=t'7';Item2=t'8';"},

@@ -38,8 +38,7 @@ TEST(Variant, NumbersFromTextsAndReals) {
 // Assigning takes the kind and value of the source; setters replace them.
 TEST(Variant, SettersAndAssignReplaceTheValue) {
   SmartPtr<IComponentCollection> collection = SmartPtr<IComponentCollection>::Adopt(GLOBALComponents());
-  SmartPtr<IVariant> holding = MakeVariant();
-  holding->Assign(collection.get());
+  SmartPtr<IVariant> holding = MakeHolding(collection.get());
   struct Case { const char* what; SmartPtr<IUnknown> from; const wchar_t* expected; int32_t type; };
   const Case cases[] = {
       {"text", AsUnknown(MakeText(L"12")), L"t'12'", kVariantNotNumber},  // a text holding a number is no number

@@ -27,12 +27,6 @@ SmartPtr<IInputParameter> InputAt(IInputParameters* inputs, int32_t index) {
   return QueryAs<IInputParameter>(item.get());
 }
 
-int32_t IndexOfName(IInputParameters* inputs, const std::wstring& name) {
-  int32_t index = -2;
-  inputs->get_Index(MakeString(name).get(), &index);
-  return index;
-}
-
 TEST(InputParameters, DeclaresAndAddsInputsFoundByWholeName) {
   SmartPtr<IInputParameters> inputs = NewInputs();
   ASSERT_TRUE(inputs);

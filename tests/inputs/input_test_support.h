@@ -10,14 +10,13 @@
 #include <utility>
 #include <vector>
 
+#include "../parameters/collection_test_support.h"
 #include "runtime/reserved_slots.h"
-#include "test_support.h"
 
 namespace input_test {
 
-using namespace test_support;
+using namespace collection_test;
 
-inline SmartPtr<IInputParameter> NewBinding() { return CreateObjectAs<IInputParameter>(L"InputParameter"); }
 inline SmartPtr<IInputParameters> NewInputs() { return CreateObjectAs<IInputParameters>(L"InputParameters"); }
 inline SmartPtr<IParametersCreatable> NewSet() { return CreateObjectAs<IParametersCreatable>(L"ParametersCreatable"); }
 

@@ -41,9 +41,7 @@ struct FixedString : IString {
 struct Key { std::wstring label; SmartPtr<IUnknown> key; };
 Key Name(const std::wstring& text) { return {L"name '" + text + L"'", SmartPtr<IUnknown>(MakeString(text).get())}; }
 Key Holding(const std::wstring& label, IUnknown* object) {
-  SmartPtr<IVariant> variant = MakeVariant();
-  variant->Assign(object);
-  return {L"variant holding " + label, SmartPtr<IUnknown>(variant.get())};
+  return {L"variant holding " + label, SmartPtr<IUnknown>(MakeHolding(object).get())};
 }
 
 // The same items in a prefix collection, a whole-name collection and a

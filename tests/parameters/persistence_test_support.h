@@ -72,10 +72,7 @@ std::wstring LeanXMLOf(Save save) {
   SmartPtr<IXMLStreamEx> xml = CreateObjectAs<IXMLStreamEx>(L"XMLStreamEx");
   xml->SetOptions(-1, kXMLOptionLean);
   save(QueryAs<IDataStream>(xml.get()).get());
-  void* text = nullptr;
-  int32_t size = 0;
-  xml->GetTextBuffer(&text, &size);
-  return std::wstring(static_cast<const wchar_t*>(text), static_cast<size_t>(size) / sizeof(wchar_t));
+  return XMLTextOf(xml.get());
 }
 
 // What Params_SaveXML writes with `flags`.
@@ -85,8 +82,7 @@ inline std::wstring SavedXML(IParameters* set, int32_t flags) {
 
 // A stream reading `text`, positioned on its first element when `enter`.
 inline SmartPtr<IDataStream> XMLReading(const std::wstring& text, bool enter) {
-  SmartPtr<IXMLStream> xml = CreateObjectAs<IXMLStream>(L"XMLStream");
-  xml->LoadContent(text.c_str(), static_cast<int32_t>(text.size() * sizeof(wchar_t)), 0);
+  SmartPtr<IXMLStream> xml = XMLStreamOn(text);
   SmartPtr<IDataStream> stream;
   if (enter)
     xml->OpenChild({0, nullptr}, nullptr, stream.Receive(), 0);

@@ -58,9 +58,8 @@ TEST(ISCreateVariant, TextOfEveryKind) {
   EXPECT_EQ(nullptr, ISCreate(static_cast<IVariant*>(nullptr), 2));
   EXPECT_EQ(L"2.5", Adopted(ISCreate(MakeDouble(2.5).get())));
   EXPECT_EQ(L"", Adopted(ISCreate(MakeVariant().get())));
-  SmartPtr<IVariant> named = MakeVariant(), anonymous = MakeVariant();
-  named->Assign(CreateObjectAs<IDblVector>(L"DblBuffer").get());
-  anonymous->Assign(NewObject<CAnonymousObject>()->GetUnknown());
+  SmartPtr<IVariant> named = MakeHolding(CreateObjectAs<IDblVector>(L"DblBuffer").get());
+  SmartPtr<IVariant> anonymous = MakeHolding(NewObject<CAnonymousObject>()->GetUnknown());
   EXPECT_EQ(L"DblBuffer", Adopted(ISCreate(named.get())));
   EXPECT_EQ(L"", Adopted(ISCreate(anonymous.get())));
 }

@@ -40,12 +40,6 @@ class CArchiveText : public CObjectImpl<CArchiveText, IString, IFileArchive> {
   std::wstring m_Text;
 };
 
-SmartPtr<IVariant> Holding(IUnknown* object) {
-  SmartPtr<IVariant> value = MakeVariant();
-  value->Assign(object);
-  return value;
-}
-
 struct Case { std::wstring text; int32_t dropUnknown; std::wstring expected; HRESULT result; };
 
 class TextParserTest : public ::testing::Test {
@@ -103,8 +97,8 @@ TEST_F(TextParserTest, OtherTagsAreFoundRegardlessOfCase) {
 TEST_F(TextParserTest, ObjectsAndFileArchives) {
   SmartPtr<CArchiveText> archive = NewObject<CArchiveText>();
   SmartPtr<ISuperCollection> objects = NewSuperCollection();
-  objects->Add(MakeString(L"obj").get(), Holding(NewParameters().get()).get(), nullptr, 0);
-  objects->Add(MakeString(L"bare").get(), Holding(NewObject<CArchiveText>()->GetUnknown()).get(), nullptr, 0);
+  objects->Add(MakeString(L"obj").get(), MakeHolding(NewParameters().get()).get(), nullptr, 0);
+  objects->Add(MakeString(L"bare").get(), MakeHolding(NewObject<CArchiveText>()->GetUnknown()).get(), nullptr, 0);
   objects->Add(MakeString(L"empty").get(), MakeVariant().get(), nullptr, 0);
   objects->Add(MakeString(L"other").get(), NewParameters().get(), nullptr, 0);
   Check({L"[__obj__][__bare__][__empty__][__other__]", 0, L"[ParametersCreatable][][][]\r\n", S_OK}, objects.get());

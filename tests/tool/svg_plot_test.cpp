@@ -10,7 +10,6 @@ TEST(NiceTicksTest, RoundStepsCoverTheRange) {
     double low, high;
     std::vector<double> ticks;
   } cases[] = {
-      {0, 3000, {0, 500, 1000, 1500, 2000, 2500, 3000}},
       {-3, 7, {-4, -2, 0, 2, 4, 6, 8}},
       {0.1, 0.95, {0, 0.2, 0.4, 0.6, 0.8, 1}},
       {5, 5, {}},  // an empty range has no ticks
