@@ -48,10 +48,14 @@ class ParamtoolTest : public ::testing::Test {
       if (chdir(m_Folder.c_str()) != 0) _exit(127);
       dup2(open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 1);
       dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 2);
-      std::vector<char*> argv{const_cast<char*>(PARAMTOOL_PATH)};
+      // A cross build runs the tool through the same emulator CTest uses.
+      const bool emulated = PARAMTOOL_EMULATOR[0] != '\0';
+      std::vector<char*> argv;
+      if (emulated) argv.push_back(const_cast<char*>(PARAMTOOL_EMULATOR));
+      argv.push_back(const_cast<char*>(PARAMTOOL_PATH));
       for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
       argv.push_back(nullptr);
-      execv(PARAMTOOL_PATH, argv.data());
+      execvp(argv[0], argv.data());
       _exit(127);
     }
     ToolRun run;
