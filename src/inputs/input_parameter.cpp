@@ -27,33 +27,21 @@ HRESULT CInputParameter::put_Source(IUnknown* source) {
   return S_OK;
 }
 
-HRESULT CInputParameter::get_SourceIndex(int32_t* index) {
-  if (!index) return E_POINTER;
-  *index = m_SourceIndex;
-  return S_OK;
-}
+HRESULT CInputParameter::get_SourceIndex(int32_t* index) { return HandOutValue(m_SourceIndex, index); }
 
 HRESULT CInputParameter::put_SourceIndex(int32_t index) {
   m_SourceIndex = index;
   return S_OK;
 }
 
-HRESULT CInputParameter::get_IID(IID* iid) {
-  if (!iid) return E_POINTER;
-  *iid = m_IID;
-  return S_OK;
-}
+HRESULT CInputParameter::get_IID(IID* iid) { return HandOutValue(m_IID, iid); }
 
 HRESULT CInputParameter::put_IID(IID iid) {
   m_IID = iid;
   return S_OK;
 }
 
-HRESULT CInputParameter::get_AssignmentFlags(int32_t* flags) {
-  if (!flags) return E_POINTER;
-  *flags = m_AssignmentFlags;
-  return S_OK;
-}
+HRESULT CInputParameter::get_AssignmentFlags(int32_t* flags) { return HandOutValue(m_AssignmentFlags, flags); }
 
 HRESULT CInputParameter::put_AssignmentFlags(int32_t flags) {
   m_AssignmentFlags = flags;

@@ -74,6 +74,14 @@ HRESULT HandOutHeld(T* held, T** out) {
   return S_OK;
 }
 
+// Copies a plain value to an out-parameter: E_POINTER when there is none.
+template <class T>
+HRESULT HandOutValue(const T& value, T* out) {
+  if (!out) return E_POINTER;
+  *out = value;
+  return S_OK;
+}
+
 // Asks `from` for interface I; null when `from` is null or does not answer.
 template <class I>
 SmartPtr<I> QueryAs(IUnknown* from) {
