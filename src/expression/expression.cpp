@@ -2,7 +2,6 @@
 #include "expression/expression.h"
 
 #include "expression/expression_persistence.h"
-#include "expression/formula_scanner.h"
 #include "expression/formula_text.h"
 
 HRESULT CExpression::get_Expression(IString** text) { return m_State.GetText(text); }
@@ -13,7 +12,7 @@ HRESULT CExpression::Evaluate(IParameters* parameters) {
   // Held for the whole evaluation: a callee may replace the text meanwhile.
   const SmartPtr<IString> text = m_State.m_Text;
   const ParameterReader reader(parameters);
-  return m_State.SetNumber(EvaluateFormulaText(ViewOfString(text.get()), reader));
+  return m_State.SetNumber(m_Formula.Evaluate(ViewOfString(text.get()), reader));
 }
 
 HRESULT CExpression::get_Value(IVariant** value) { return m_State.GetValue(value); }

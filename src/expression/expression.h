@@ -8,6 +8,7 @@
 // is not answered by QueryInterface.
 #pragma once
 
+#include "expression/compiled_formula.h"
 #include "expression/expression_state.h"
 #include "runtime/object.h"
 
@@ -41,4 +42,5 @@ class CExpression : public CObjectImpl<CExpression, IExpression, IDataPersist, I
 
  private:
   ExpressionState m_State;
+  CompiledFormula m_Formula;
 };

@@ -50,7 +50,9 @@ Operator TakeOperator(CREFString& text) {
   return Operator::kNone;
 }
 
-double Combine(Operator op, double left, double right) {
+}  // namespace
+
+double CombineOperands(Operator op, double left, double right) {
   switch (op) {
     case Operator::kAdd: return left + right;
     case Operator::kSubtract: return left - right;
@@ -71,6 +73,8 @@ double Combine(Operator op, double left, double right) {
   return left;
 }
 
+namespace {
+
 // isalpha in the "C" locale: ASCII letters only.
 bool BeginsWithLetter(const CREFString& word) {
   if (word.IsEmpty()) return false;
@@ -90,7 +94,7 @@ double FormulaScanner::SimpleExpression(CREFString& text) {
     if (m_Trace) [[unlikely]] m_Trace->OperatorRead(op, operatorStart, text.text);
     if (op == Operator::kNone) continue;  // a word that is no operator is dropped
     const double operand = Variable(text);
-    const double combined = Combine(op, accumulator, operand);
+    const double combined = CombineOperands(op, accumulator, operand);
     if (m_Trace) [[unlikely]] m_Trace->Combined(accumulator, operand, combined);
     accumulator = combined;
   }

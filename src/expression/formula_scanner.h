@@ -34,6 +34,8 @@ constexpr int32_t kRangeSum = 0x801, kRangeMean = 0x802, kRangeMin = 0x803, kRan
 constexpr int32_t kRangeStdDev = 0x805;
 }  // namespace function_code
 
+struct OperandRule;
+
 class FormulaScanner {
  public:
   // Deepest operand nesting that is evaluated; deeper operands count as 0.
@@ -63,12 +65,9 @@ class FormulaScanner {
   bool NextArgument(CREFString& rest, double* value);
   void CloseArguments(CREFString& rest);
 
+  // Reads the operands of a function with a fixed operand list; returns how many were read.
+  int32_t ReadOperands(const OperandRule& rule, CREFString& rest, double* operands);
   double ListFunction(int32_t code, CREFString& rest);
-  double RoundFunction(CREFString& rest);
-  double RandomFunction(CREFString& rest);
-  double IfFunction(CREFString& rest);
-  double CirFunction(CREFString& rest);
-  double ErrFunction(int32_t code, CREFString& rest);
   double StringFunction(int32_t code, CREFString& rest);
   double StrToNumFunction(CREFString& rest);
   double FindFunction(CREFString& rest);
@@ -95,6 +94,18 @@ struct ValueStatistics {
   // two values or when the variance term is not above 0 (or NaN).
   double StandardDeviation() const;
 };
+
+// `left` and `right` combined by the binary operator `op` (kNone gives `left`).
+double CombineOperands(FormulaOperator op, double left, double right);
+
+// The value of function `code` (no string or range function) computed from
+// the `count` operands read for it, in reading order; operands that were not
+// read take the function's defaults. Evaluation of scanned and of compiled
+// formulas both end here.
+double ApplyFunction(int32_t code, const double* operands, int32_t count);
+
+// The function code of `word` (case ignored) without the range forms, or -1.
+int32_t FunctionCodeOf(const CREFString& word);
 
 // Evaluates a formula text as the expression objects do: prepared by
 // PrepareFormulaText, then one operator chain against `parameters`, watched by

@@ -94,43 +94,35 @@ double ValueStatistics::StandardDeviation() const {
   return variance > 0 ? std::sqrt(variance / (count - 1)) : 0;
 }
 
-double FormulaScanner::Function(int32_t code, CREFString& rest) {
-  if (IsOneOperandFunction(code)) return OneOperandFunction(code, Variable(rest));
+// How a function of a fixed number of operands reads them after its name.
+struct OperandRule {
+  int32_t most;                // operands read at most
+  bool onlyInParentheses;      // without "(" nothing is read
+  bool emptyParentheses;       // "()" reads no operand
+  bool moreOnlyInParentheses;  // the operands after the first (and the ")") only after "("
+};
+
+namespace {
+
+constexpr int32_t kMostOperands = 5;
+
+// False for functions that read no fixed operand list (constants, one-operand
+// functions, lists, string and range functions).
+bool OperandRuleOf(int32_t code, OperandRule* rule) {
   switch (code) {
-    case kPi: return kPiValue;
-    case kEuler: return kEulerValue;
-    case kMin: case kMax: case kSum: case kMean: case kStdDev: return ListFunction(code, rest);
-    case kArcTan2: case kPow: case kLimit: {
-      OpenArguments(rest);
-      const double x = Variable(rest);
-      double second = 0, third = 0;
-      NextArgument(rest, &second);
-      if (code == kLimit) NextArgument(rest, &third);
-      CloseArguments(rest);
-      if (code == kArcTan2) return std::atan2(x, second);
-      if (code == kPow) return std::pow(x, second);
-      // The lower bound first, then the upper one: with lo > hi the result is hi (intended).
-      return std::min(third, std::max(second, x));
-    }
-    case kRound: return RoundFunction(rest);
-    case kRandom: return RandomFunction(rest);
-    case kIf: return IfFunction(rest);
-    case kCir: return CirFunction(rest);
-    case kErr: case kScore: return ErrFunction(code, rest);
-    case kStrLen: case kChr: case kFind: case kStrToNum: return StringFunction(code, rest);
-    case kRangeSum: case kRangeMean: case kRangeMin: case kRangeMax: case kRangeStdDev:
-      return RangeFunction(code, rest);
-    default: return 0;
+    case kArcTan2: case kPow: *rule = {2, false, false, false}; return true;
+    case kLimit: case kCir: *rule = {3, false, false, false}; return true;
+    case kIf: *rule = {5, false, false, false}; return true;
+    case kRound: *rule = {2, false, false, true}; return true;
+    case kRandom: *rule = {2, true, true, false}; return true;
+    case kErr: case kScore: *rule = {2, true, false, false}; return true;
+    default: return false;
   }
 }
 
-double FormulaScanner::ListFunction(int32_t code, CREFString& rest) {
-  OpenArguments(rest);
-  ValueStatistics values;
-  double value = Variable(rest);
-  do values.Add(value);
-  while (NextArgument(rest, &value));
-  CloseArguments(rest);
+bool IsListFunction(int32_t code) { return code == kMin || code == kMax || code == kSum || code == kMean || code == kStdDev; }
+
+double ListResult(int32_t code, const ValueStatistics& values) {
   switch (code) {
     case kMin: return values.minimum;
     case kMax: return values.maximum;
@@ -140,49 +132,15 @@ double FormulaScanner::ListFunction(int32_t code, CREFString& rest) {
   }
 }
 
-double FormulaScanner::RoundFunction(CREFString& rest) {
-  const bool parenthesised = OpenArguments(rest);
-  const double x = Variable(rest);
-  double decimals = 0;
-  if (parenthesised) {
-    NextArgument(rest, &decimals);
-    CloseArguments(rest);
-  }
+double Round(double x, double decimals) {
   const int32_t factor = RoundFactor(AsInt32(decimals));
   double t = x * factor;
   t = t >= 0 ? t + 0.5 : t - 0.5;
   return static_cast<double>(AsInt32(t)) / factor;
 }
 
-double FormulaScanner::RandomFunction(CREFString& rest) {
-  double low = 0, high = kRandomHigh;
-  if (OpenArguments(rest)) {
-    if (!NextIs(rest, L')')) {
-      low = Variable(rest);
-      NextArgument(rest, &high);
-    }
-    CloseArguments(rest);
-  }
-  return low + (high - low) * (CRandom32::Shared().Next() / kRandomScale);
-}
-
-double FormulaScanner::IfFunction(CREFString& rest) {
-  OpenArguments(rest);
-  const double x = Variable(rest);
-  double low = 0, high = 0, inside = 0, outside = x;
-  if (NextArgument(rest, &low) && NextArgument(rest, &high) && NextArgument(rest, &inside))
-    NextArgument(rest, &outside);
-  CloseArguments(rest);
-  return (low <= x && x <= high) ? inside : outside;
-}
-
 // At most ten steps each way: a value further out stays outside the range (intended).
-double FormulaScanner::CirFunction(CREFString& rest) {
-  OpenArguments(rest);
-  double x = Variable(rest);
-  double low = 0, high = 0;
-  if (NextArgument(rest, &low)) NextArgument(rest, &high);
-  CloseArguments(rest);
+double Circle(double x, double low, double high) {
   if (low == high) return x;
   const double width = std::fabs(high - low);
   for (int step = 0; step < kCircleMaxSteps && x > high; ++step) x -= width;
@@ -190,13 +148,80 @@ double FormulaScanner::CirFunction(CREFString& rest) {
   return x;
 }
 
-double FormulaScanner::ErrFunction(int32_t code, CREFString& rest) {
-  double a = 0, b = 1;
-  if (OpenArguments(rest)) {
-    a = Variable(rest);
-    NextArgument(rest, &b);
-    CloseArguments(rest);
+double RelativeError(double a, double b) { return (a + b == 0) ? 1.0 : (a - b) / ((a + b) * 0.5); }
+
+}  // namespace
+
+double ApplyFunction(int32_t code, const double* operands, int32_t count) {
+  if (IsOneOperandFunction(code)) return OneOperandFunction(code, count > 0 ? operands[0] : 0);
+  if (IsListFunction(code)) {
+    ValueStatistics values;
+    for (int32_t i = 0; i < count; ++i) values.Add(operands[i]);
+    return ListResult(code, values);
   }
-  const double error = (a + b == 0) ? 1.0 : (a - b) / ((a + b) * 0.5);
-  return code == kErr ? error : 1.0 - error;
+  // An operand that was not read takes its function's default.
+  const auto operand = [&](int32_t i, double fallback) { return i < count ? operands[i] : fallback; };
+  const double x = operand(0, 0);
+  switch (code) {
+    case kPi: return kPiValue;
+    case kEuler: return kEulerValue;
+    case kArcTan2: return std::atan2(x, operand(1, 0));
+    case kPow: return std::pow(x, operand(1, 0));
+    // The lower bound first, then the upper one: with lo > hi the result is hi (intended).
+    case kLimit: return std::min(operand(2, 0), std::max(operand(1, 0), x));
+    case kRound: return Round(x, operand(1, 0));
+    case kRandom: {
+      const double low = x, high = operand(1, kRandomHigh);
+      return low + (high - low) * (CRandom32::Shared().Next() / kRandomScale);
+    }
+    case kIf: return (operand(1, 0) <= x && x <= operand(2, 0)) ? operand(3, 0) : operand(4, x);
+    case kCir: return Circle(x, operand(1, 0), operand(2, 0));
+    case kErr: return RelativeError(x, operand(1, 1));
+    case kScore: return 1.0 - RelativeError(x, operand(1, 1));
+    default: return 0;
+  }
+}
+
+double FormulaScanner::Function(int32_t code, CREFString& rest) {
+  if (IsOneOperandFunction(code)) {
+    const double x = Variable(rest);
+    return OneOperandFunction(code, x);
+  }
+  if (IsListFunction(code)) return ListFunction(code, rest);
+  OperandRule rule;
+  if (OperandRuleOf(code, &rule)) {
+    double operands[kMostOperands];
+    const int32_t count = ReadOperands(rule, rest, operands);
+    return ApplyFunction(code, operands, count);
+  }
+  switch (code) {
+    case kStrLen: case kChr: case kFind: case kStrToNum: return StringFunction(code, rest);
+    case kRangeSum: case kRangeMean: case kRangeMin: case kRangeMax: case kRangeStdDev:
+      return RangeFunction(code, rest);
+    default: return ApplyFunction(code, nullptr, 0);
+  }
+}
+
+int32_t FormulaScanner::ReadOperands(const OperandRule& rule, CREFString& rest, double* operands) {
+  const bool parenthesised = OpenArguments(rest);
+  if (rule.onlyInParentheses && !parenthesised) return 0;
+  int32_t count = 0;
+  const bool readsMore = parenthesised || !rule.moreOnlyInParentheses;
+  if (!(rule.emptyParentheses && NextIs(rest, L')'))) {
+    operands[count++] = Variable(rest);
+    while (readsMore && count < rule.most && NextArgument(rest, &operands[count])) ++count;
+  }
+  if (readsMore) CloseArguments(rest);
+  return count;
+}
+
+// The values are taken as they are read: a list has no length limit.
+double FormulaScanner::ListFunction(int32_t code, CREFString& rest) {
+  OpenArguments(rest);
+  ValueStatistics values;
+  double value = Variable(rest);
+  do values.Add(value);
+  while (NextArgument(rest, &value));
+  CloseArguments(rest);
+  return ListResult(code, values);
 }

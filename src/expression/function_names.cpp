@@ -70,6 +70,11 @@ const FunctionName* FindName(const CREFString& word) {
 
 }  // namespace
 
+int32_t FunctionCodeOf(const CREFString& word) {
+  const FunctionName* found = FindName(word);
+  return found ? found->code : kNone;
+}
+
 int32_t FormulaScanner::IsFunction(CREFString& word, CREFString& rest) {
   const FunctionName* found = FindName(word);
   if (!found) return kNone;

@@ -46,11 +46,16 @@ inline void ExpectValue(const Case& c, double actual) {
   }
 }
 
+// Each formula is evaluated twice: the first evaluation scans the text, the
+// second runs the program recorded from that scan.
 template <size_t N>
 void ExpectAll(const Case (&cases)[N], IParameters* parameters = nullptr) {
   SmartPtr<IExpression> expression = NewExpression();
   ASSERT_TRUE(expression);
-  for (const Case& c : cases) ExpectValue(c, ValueAfter(expression.get(), c.formula, parameters));
+  for (const Case& c : cases) {
+    ExpectValue(c, ValueAfter(expression.get(), c.formula, parameters));
+    ExpectValue(c, ValueAfter(expression.get(), c.formula, parameters));
+  }
 }
 
 }  // namespace expression_test
