@@ -47,19 +47,19 @@ class FormulaProgram::Recorder final : public FormulaTrace {
     ++m_Operands.back();
     switch (kind) {
       case OperandKind::kMissing: case OperandKind::kTooDeep: case OperandKind::kNumber:
-        Emit({Step::kNumber, FormulaOperator::kNone, 0, 0, value}, 1);
+        Emit({Step::kNumber, FormulaOperator::kNone, 0, 0, value, {}}, 1);
         break;
       case OperandKind::kGroup: break;  // its chain is in the program already
-      case OperandKind::kNegation: Emit({Step::kNegate, FormulaOperator::kNone, 0, 0, 0}, 0); break;
+      case OperandKind::kNegation: Emit({Step::kNegate, FormulaOperator::kNone, 0, 0, 0, {}}, 0); break;
       case OperandKind::kFunction: {
         const int32_t code = FunctionCodeOf(word);
         m_Failed = m_Failed || !CanCompileFunction(code);
-        Emit({Step::kCall, FormulaOperator::kNone, code, operands, 0}, 1 - operands);
+        Emit({Step::kCall, FormulaOperator::kNone, code, operands, 0, {}}, 1 - operands);
         break;
       }
       case OperandKind::kName: case OperandKind::kUnknownName: {
         const int32_t offset = static_cast<int32_t>(word.text - m_Program.m_Text.data());
-        Emit({Step::kName, FormulaOperator::kNone, offset, word.length, _IS2Double(word)}, 1);
+        Emit({Step::kName, FormulaOperator::kNone, offset, word.length, _IS2Double(word), {}}, 1);
         break;
       }
     }
@@ -70,7 +70,7 @@ class FormulaProgram::Recorder final : public FormulaTrace {
   }
 
   void Combined(double /*left*/, double /*right*/, double /*result*/) override {
-    Emit({Step::kCombine, m_Operators.back(), 0, 0, 0}, -1);
+    Emit({Step::kCombine, m_Operators.back(), 0, 0, 0, {}}, -1);
     m_Operators.pop_back();
   }
 
@@ -124,7 +124,7 @@ double FormulaProgram::Run(const ParameterReader& parameters) const {
       case Step::kName: {
         double value = instruction.number;
         if (parameters.Parameters())
-          parameters.FindNumber({instruction.count, m_Text.data() + instruction.code}, &value);
+          parameters.FindNumber({instruction.count, m_Text.data() + instruction.code}, &value, &instruction.hint);
         stack[top++] = value;
         break;
       }

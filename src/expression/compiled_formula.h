@@ -41,6 +41,7 @@ class FormulaProgram {
     int32_t code;        // kCall: the function code; kName: the name's offset in m_Text
     int32_t count;       // kCall: the operands it takes; kName: the name's length
     double number;       // kNumber: the value; kName: the value when no parameter has the name
+    mutable NameLookupHint hint;  // kName: the last lookup of the name
   };
 
   std::wstring m_Text;

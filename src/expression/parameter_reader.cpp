@@ -6,12 +6,12 @@
 ParameterReader::ParameterReader(IParameters* parameters)
     : m_Parameters(parameters), m_Lookup(QueryAs<IParameterLookup>(parameters)) {}
 
-SmartPtr<IVariant> ParameterReader::FindVariant(tagREFString name) const {
+SmartPtr<IVariant> ParameterReader::FindVariant(tagREFString name, NameLookupHint* hint) const {
   SmartPtr<IVariant> value;
   if (!m_Parameters || name.length <= 0) return value;
   int32_t index = -1;
   if (m_Lookup) {
-    m_Lookup->FindFirstByName(name, &index, value.Receive());
+    m_Lookup->FindFirstByName(name, hint, &index, value.Receive());
     return value;
   }
   SmartPtr<IString> key = SmartPtr<IString>::Adopt(ISCreate(name));
@@ -19,8 +19,8 @@ SmartPtr<IVariant> ParameterReader::FindVariant(tagREFString name) const {
   return value;
 }
 
-bool ParameterReader::FindNumber(tagREFString name, double* value) const {
-  SmartPtr<IVariant> variant = FindVariant(name);
+bool ParameterReader::FindNumber(tagREFString name, double* value, NameLookupHint* hint) const {
+  SmartPtr<IVariant> variant = FindVariant(name, hint);
   if (!variant) return false;
   *value = 0;
   if (variant->IsObject()) {
@@ -38,7 +38,7 @@ bool ParameterReader::FindNumber(tagREFString name, double* value) const {
 
 SmartPtr<IString> ParameterReader::FindText(tagREFString name) const {
   SmartPtr<IString> text;
-  SmartPtr<IVariant> variant = FindVariant(name);
+  SmartPtr<IVariant> variant = FindVariant(name, nullptr);
   if (variant && variant->IsString()) variant->GetString(text.Receive());
   return text;
 }

@@ -17,6 +17,11 @@
 // way a lookup answers exactly what a first-match scan of the current names
 // answers.
 //
+// A caller that looks the same name up again and again passes a
+// NameLookupHint: every change of the index (a record added or removed, a
+// change of order, a rebuild) moves it to a new epoch, unique in the process,
+// and a hint from the current epoch is answered as it stands.
+//
 // The index has its own mutex, so lookups from several threads that do not
 // change the collection are safe even while no collection lock is held.
 #pragma once
@@ -25,6 +30,7 @@
 #include <mutex>
 
 #include "parameters/exact_name_index.h"
+#include "parameters/name_lookup_hint.h"
 #include "parameters/prefix_name_index.h"
 #include "runtime/smart_ptr.h"
 
@@ -41,11 +47,13 @@ class NameIndex {
  public:
   void Added(Record* record) {
     std::lock_guard<std::mutex> guard(m_Mutex);
+    m_Epoch = NewEpoch();
     if (m_Built) IndexOrDrop(record);
   }
 
   void Removed(Record* record) {
     std::lock_guard<std::mutex> guard(m_Mutex);
+    m_Epoch = NewEpoch();
     if (m_Built) EraseFromBuilt(record);
     record->IndexEntry = nullptr;
     m_Unwatchable = false;  // the name that could not be watched may be the one leaving
@@ -58,15 +66,20 @@ class NameIndex {
   }
 
   // Index of the first of the `count` records in `items` whose name matches
-  // `key` (non-empty), or -1. Same answer as a scan from index 0.
+  // `key` (non-empty), or -1. Same answer as a scan from index 0. `hint` (may
+  // be null) is the caller's memory of the last lookup of this very key.
   template <class Slot>
-  int32_t FindFirst(tagREFString key, NameMatch match, Slot* const* items, int32_t count) {
+  int32_t FindFirst(tagREFString key, NameMatch match, Slot* const* items, int32_t count,
+                    NameLookupHint* hint = nullptr) {
     std::lock_guard<std::mutex> guard(m_Mutex);
     if (m_Built && (m_Match != match || NamesChanged())) Drop();
     if (!m_Built && !m_Unwatchable) Rebuild(match, items, count);
     if (m_Built) {
+      if (hint && hint->epoch == m_Epoch && hint->index < count) return hint->index;
       Record* found = FindInBuilt(key);
-      return found ? found->Position : -1;
+      const int32_t index = found ? found->Position : -1;
+      if (hint) *hint = {m_Epoch, index};
+      return index;
     }
     for (int32_t i = 0; i < count; ++i)
       if (Matches(NameTextOf(items[i]->Name), key, match)) return i;
@@ -136,13 +149,20 @@ class NameIndex {
     for (int32_t i = 0; i < count && m_Built; ++i) IndexOrDrop(static_cast<Record*>(items[i]));
   }
 
+  static uint64_t NewEpoch() {
+    static std::atomic<uint64_t> epochs{0};
+    return epochs.fetch_add(1, std::memory_order_relaxed) + 1;
+  }
+
   void Drop() {
+    m_Epoch = NewEpoch();
     m_Built = false;
     m_Whole.Clear();
     m_Prefix.Clear();
   }
 
   std::mutex m_Mutex;
+  uint64_t m_Epoch = NewEpoch();
   bool m_Built = false;
   bool m_Unwatchable = false;  // some name cannot be watched: lookups scan
   NameMatch m_Match = NameMatch::kWhole;

@@ -8,14 +8,16 @@
 #pragma once
 
 #include "params.h"
+#include "parameters/name_lookup_hint.h"
 
 struct IParameterLookup : IUnknown {
   // The first parameter whose whole name equals `name` (folding only A-Z):
   // its index and, when `value` is not null, its effective value as a variant
   // (get_ItemVariant's answer and result code: 1 for a value taken from an
-  // input binding). Not found: index -1 and E_FAIL. Takes no collection lock,
-  // as the NOLOCK operations do.
-  virtual HRESULT FindFirstByName(tagREFString name, int32_t* index, IVariant** value) = 0;
+  // input binding). Not found: index -1 and E_FAIL. `hint` (may be null) is
+  // the caller's memory of its last lookup of this name, in any set of this
+  // module. Takes no collection lock, as the NOLOCK operations do.
+  virtual HRESULT FindFirstByName(tagREFString name, NameLookupHint* hint, int32_t* index, IVariant** value) = 0;
 };
 
 inline constexpr IID IID_IParameterLookup = __IIDOfc("ParametersModuleLookupByView");

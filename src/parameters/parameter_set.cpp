@@ -110,10 +110,10 @@ HRESULT ParameterStore::FindIndex(IUnknown* key, int32_t* index) {
   return E_FAIL;
 }
 
-HRESULT ParameterStore::FindName(tagREFString key, int32_t* index) {
+HRESULT ParameterStore::FindName(tagREFString key, int32_t* index, NameLookupHint* hint) {
   *index = -1;
   if (key.length <= 0 || !key.text || m_Count == 0) return E_FAIL;
-  *index = m_NameIndex.FindFirst(key, NameMatch::kWhole, m_Items.get(), m_Count);
+  *index = m_NameIndex.FindFirst(key, NameMatch::kWhole, m_Items.get(), m_Count, hint);
   return *index < 0 ? E_FAIL : S_OK;
 }
 

@@ -38,7 +38,7 @@ class ParameterStore {
   HRESULT ItemAt(int32_t index, IUnknown** item);
   HRESULT NameAt(int32_t index, IString** name);
   HRESULT FindIndex(IUnknown* key, int32_t* index);
-  HRESULT FindName(tagREFString key, int32_t* index);
+  HRESULT FindName(tagREFString key, int32_t* index, NameLookupHint* hint = nullptr);
   void RenameParameter(int32_t index, IString* name);
   void ReplaceDescriptor(int32_t index, IUnknown* descriptor);
   void RemoveParameter(int32_t index);

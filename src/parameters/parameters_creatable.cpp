@@ -152,10 +152,11 @@ HRESULT CParametersCreatable::Load(IDataStream* stream, int32_t flags) {
   return S_OK;
 }
 
-HRESULT CParametersCreatable::FindFirstByName(tagREFString name, int32_t* index, IVariant** value) {
+HRESULT CParametersCreatable::FindFirstByName(tagREFString name, NameLookupHint* hint, int32_t* index,
+                                              IVariant** value) {
   if (!index) return E_POINTER;
   if (value) *value = nullptr;
-  const HRESULT found = FindName(name, index);
+  const HRESULT found = FindName(name, index, hint);
   if (FAILED(found) || !value) return found;
   return EffectiveVariantOf(m_Items[*index], value);
 }

@@ -52,7 +52,7 @@ class CParametersCreatable : public CObjectImpl<CParametersCreatable, IDataPersi
   // After the slot-ordered operations: the object may be a base of the boundary wrapper.
 
   // The module's own lookup by view (IParameterLookup).
-  HRESULT FindFirstByName(tagREFString name, int32_t* index, IVariant** value) override;
+  HRESULT FindFirstByName(tagREFString name, NameLookupHint* hint, int32_t* index, IVariant** value) override;
 
  private:
   // Writes the set to the file through a framework "INIStream" or "CSVStream".
