@@ -143,16 +143,19 @@ double FormulaProgram::Run(const ParameterReader& parameters) const {
   return top > 0 ? stack[top - 1] : 0;
 }
 
-double CompiledFormula::Evaluate(tagREFString text, const ParameterReader& parameters) {
+double CompiledFormula::Evaluate(IString* textObject, const ParameterReader& parameters) {
   struct RunningCount {
     int32_t& count;
     explicit RunningCount(int32_t& c) : count(c) { ++count; }
     ~RunningCount() { --count; }
   } running(m_Running);
-  if (m_Program.IsFor(text))
-    return m_Program.IsCompiled() ? m_Program.Run(parameters) : EvaluateFormulaText(text, parameters);
-  // A program in use further up this thread is left alone.
-  if (m_Running > 1) return EvaluateFormulaText(text, parameters);
+  // The program reads its own copy of the text: the object need not be held to run it.
+  if (m_Program.IsFor(ViewOfString(textObject)) && m_Program.IsCompiled()) return m_Program.Run(parameters);
+  // Held while the text is scanned: a callee may replace the expression's text meanwhile.
+  const SmartPtr<IString> held(textObject);
+  const CREFString text = ViewOfString(textObject);
+  // A text that cannot be compiled, or a program in use further up this thread, is scanned.
+  if (m_Program.IsFor(text) || m_Running > 1) return EvaluateFormulaText(text, parameters);
   FormulaProgram program;
   const double value = program.Record(text, parameters);
   m_Program = std::move(program);

@@ -54,7 +54,8 @@ class FormulaProgram {
 // again whenever its text changes.
 class CompiledFormula {
  public:
-  double Evaluate(tagREFString text, const ParameterReader& parameters);
+  // The value of the text of `text` (may be null) against `parameters`.
+  double Evaluate(IString* text, const ParameterReader& parameters);
 
  private:
   FormulaProgram m_Program;

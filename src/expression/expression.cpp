@@ -9,10 +9,8 @@ HRESULT CExpression::get_Expression(IString** text) { return m_State.GetText(tex
 HRESULT CExpression::put_Expression(tagREFString text) { return m_State.SetText(text); }
 
 HRESULT CExpression::Evaluate(IParameters* parameters) {
-  // Held for the whole evaluation: a callee may replace the text meanwhile.
-  const SmartPtr<IString> text = m_State.m_Text;
   const ParameterReader reader(parameters);
-  return m_State.SetNumber(m_Formula.Evaluate(ViewOfString(text.get()), reader));
+  return m_State.SetNumber(m_Formula.Evaluate(m_State.m_Text.get(), reader));
 }
 
 HRESULT CExpression::get_Value(IVariant** value) { return m_State.GetValue(value); }

@@ -20,6 +20,10 @@ SmartPtr<IVariant> ParameterReader::FindVariant(tagREFString name, NameLookupHin
 }
 
 bool ParameterReader::FindNumber(tagREFString name, double* value, NameLookupHint* hint) const {
+  if (m_Lookup && m_Parameters && name.length > 0) {
+    const HRESULT plain = m_Lookup->FindNumberByName(name, hint, value);
+    if (plain != S_FALSE) return plain == S_OK;
+  }
   SmartPtr<IVariant> variant = FindVariant(name, hint);
   if (!variant) return false;
   *value = 0;

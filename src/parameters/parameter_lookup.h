@@ -18,6 +18,11 @@ struct IParameterLookup : IUnknown {
   // the caller's memory of its last lookup of this name, in any set of this
   // module. Takes no collection lock, as the NOLOCK operations do.
   virtual HRESULT FindFirstByName(tagREFString name, NameLookupHint* hint, int32_t* index, IVariant** value) = 0;
+  // The same lookup for a number, without handing a variant out: S_OK and
+  // *number (the variant's GetDouble) when the first parameter named `name`
+  // holds a plain value (no object, no descriptor); S_FALSE when its value
+  // must be read through FindFirstByName; E_FAIL when there is none.
+  virtual HRESULT FindNumberByName(tagREFString name, NameLookupHint* hint, double* number) = 0;
 };
 
 inline constexpr IID IID_IParameterLookup = __IIDOfc("ParametersModuleLookupByView");

@@ -160,3 +160,14 @@ HRESULT CParametersCreatable::FindFirstByName(tagREFString name, NameLookupHint*
   if (FAILED(found) || !value) return found;
   return EffectiveVariantOf(m_Items[*index], value);
 }
+
+HRESULT CParametersCreatable::FindNumberByName(tagREFString name, NameLookupHint* hint, double* number) {
+  if (!number) return E_POINTER;
+  int32_t index = -1;
+  if (FAILED(FindName(name, &index, hint))) return E_FAIL;
+  const PARAMETEROBJECT* record = m_Items[index];
+  // A descriptor may bind the value to another object: that takes the general path.
+  if (record->Descriptor || !record->Value || record->Value->IsObject()) return S_FALSE;
+  *number = record->Value->GetDouble();
+  return S_OK;
+}

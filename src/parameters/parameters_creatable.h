@@ -53,6 +53,7 @@ class CParametersCreatable : public CObjectImpl<CParametersCreatable, IDataPersi
 
   // The module's own lookup by view (IParameterLookup).
   HRESULT FindFirstByName(tagREFString name, NameLookupHint* hint, int32_t* index, IVariant** value) override;
+  HRESULT FindNumberByName(tagREFString name, NameLookupHint* hint, double* number) override;
 
  private:
   // Writes the set to the file through a framework "INIStream" or "CSVStream".
