@@ -1,4 +1,4 @@
-// The settings store ("Registry") and "ActiveWorkspace" through the framework.
+// The settings store ("Registry") through the framework. ("ActiveWorkspace" is exercised by the file-name tests.)
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -43,7 +43,7 @@ std::wstring ListOf(IRegistry* registry, const std::wstring& section) {
 
 }  // namespace
 
-TEST(Registry, ReadsValuesListsAndBuffersBySectionAndName) {
+TEST(Registry, ReadsValuesAndListsBySectionAndName) {
   SettingsFile settings(kSettings);
   SmartPtr<IRegistryEx> registry = CreateObjectAs<IRegistryEx>(L"Registry");
   ASSERT_TRUE(registry);
@@ -66,25 +66,10 @@ TEST(Registry, ReadsValuesListsAndBuffersBySectionAndName) {
   SmartPtr<IString> name;
   EXPECT_EQ(registry->get_ListName(Ref(L"Mappings"), 3, name.Receive()), E_INVALIDARG);
   EXPECT_EQ(registry->get_ListName(Ref(L"Mappings"), -1, name.Receive()), E_INVALIDARG);
-
-  struct BufferCase { const wchar_t* name; int32_t byteCount; HRESULT expected; const wchar_t* text; };
-  const BufferCase bufferCases[] = {
-      {L"AppPath", 712, S_OK, L"/home/u/app"},
-      {L"AppPath", 16, S_FALSE, L"/ho"},  // four characters of room: three and the terminator
-      {L"AppPath", 3, E_INVALIDARG, L""},
-      {L"Missing", 712, E_ITEMNOTFOUND, L""},
-  };
-  for (const BufferCase& c : bufferCases) {
-    wchar_t buffer[178];
-    wmemset(buffer, L'#', 178);
-    buffer[0] = L'\0';
-    EXPECT_EQ(registry->GetBuffer(Ref(L"Workspace"), Ref(c.name), buffer, c.byteCount), c.expected) << c.name;
-    EXPECT_EQ(std::wstring(buffer), c.text) << c.name << " " << c.byteCount;
-  }
 }
 
-// A missing file means empty settings, and the install path defaults to the folder holding _binlinux/,
-// which for the tests is the current one.
+// A missing file means empty settings, and the install path defaults to the folder holding _binlinux/, which
+// for the tests is the current one.
 TEST(Registry, AMissingFileMeansEmptySettingsAndTheModulesFolder) {
   SettingsFile settings("[UI]\nUIFileArchive_Lean=1\n");
   setenv("PARAMS_SETTINGS", (settings.Path() + ".absent").c_str(), 1);
@@ -92,18 +77,6 @@ TEST(Registry, AMissingFileMeansEmptySettingsAndTheModulesFolder) {
   EXPECT_EQ(ReadSetting(registry.get(), L"UI", L"UIFileArchive_Lean"), L"<not found>");
   const std::string folder = std::filesystem::canonical(std::filesystem::current_path()).string();
   EXPECT_EQ(ReadSetting(registry.get(), L"Workspace", L"InstallPath"), std::wstring(folder.begin(), folder.end()));
-}
-
-// One object for the process, named by the settings.
-TEST(ActiveWorkspace, IsOneObjectNamedBySettings) {
-  SettingsFile settings(kSettings);
-  SmartPtr<IFileArchive> workspace = CreateObjectAs<IFileArchive>(L"ActiveWorkspace");
-  ASSERT_TRUE(workspace);
-  EXPECT_TRUE(SameObject(workspace.get(), CreateObjectAs<IFileArchive>(L"ActiveWorkspace").get()));
-  SmartPtr<IString> file, name;
-  workspace->get_Filename(file.Receive());
-  workspace->get_Name(name.Receive());
-  EXPECT_EQ(TextOf(file) + L" " + TextOf(name), L"/work/spaces/main.wsp main");
 }
 
 // Settings files are read as the file archive reads text, so every encoding it writes loads.
