@@ -1,7 +1,6 @@
-// Loading sibling modules, creation by class name through the global component
-// collection and the bootstrapping of strings and variants. (Keeping and
-// releasing the collection in InitializeModule is counted in the host tests;
-// making it once, in the first-use test.)
+// Loading sibling modules, creation by class name through the global component collection and the bootstrapping
+// of strings and variants. (Keeping and releasing the collection in InitializeModule is counted in the host
+// tests; making it once, in the first-use test.)
 #include <gtest/gtest.h>
 
 #include <string>
@@ -65,8 +64,8 @@ TEST(CreateObject, ByClassNameThroughTheCollection) {
   EXPECT_TRUE(gGlobalComponentCollection);
 }
 
-// Strings and variants are made straight from CollectionsEx when no collection is kept, a new object on
-// each call; a component describes its class. A number buffer is made by class name.
+// Strings and variants are made straight from CollectionsEx when no collection is kept, a new object on each
+// call; a component describes its class. A number buffer is made by class name.
 TEST(Components, MakeStringsAndVariantsWithoutACollectionAndDescribeTheirClass) {
   InitializeModule(nullptr, nullptr);
   SmartPtr<ICreatableString> text = MakeString(L""), other = MakeString(L"");

@@ -1,6 +1,5 @@
-// The object model: creation, reference counting, interface tables and smart
-// pointers. (Query's fallbacks are tested through the input binding, their one
-// user; the class's own table order through the real classes.)
+// The object model: creation, reference counting, interface tables and smart pointers. (Query's fallbacks are
+// tested through the input binding, their one user; the class's own table order through the real classes.)
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -93,8 +92,7 @@ TEST_F(ObjectModel, CreationAnswersOrLeavesNothing) {
   }
 }
 
-// An answer carries a reference of its own and a refusal leaves null; smart
-// pointers compare identities and cast.
+// An answer carries a reference of its own, a refusal leaves null; smart pointers compare identities, cast.
 TEST_F(ObjectModel, InterfacesReachTheOneObject) {
   SmartPtr<IProbe> probe = CreateInstanceOf<CProbe, IProbe>();
   ASSERT_TRUE(probe);
@@ -126,9 +124,8 @@ TEST_F(ObjectModel, InterfacesReachTheOneObject) {
   EXPECT_EQ(first.text, again.text) << "no copy: the static text itself";
 }
 
-// Objects shared by several threads that each drop their references in their
-// own random order: the last Release lands on any thread, each object is
-// destroyed exactly once, and no Release reads an object another thread has
+// Objects shared by several threads that each drop their references in their own random order: the last Release
+// lands on any thread, each object is destroyed exactly once, and no Release reads an object another thread has
 // just destroyed (the sanitizer builds catch that).
 TEST_F(ObjectModel, LastReleaseOnAnyThreadDestroysOnce) {
   constexpr int kObjects = 2000;

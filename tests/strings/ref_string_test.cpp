@@ -9,8 +9,8 @@ namespace {
 
 using namespace test_support;
 
-// Options of a cutting operation: advance, drop (or skip) the separator, and
-// one option of each operation, which share their bit.
+// Options of a cutting operation: advance, drop (or skip) the separator, and one option of each operation,
+// which share their bit.
 enum Option : int { kAdvance = 1, kDrop = 2, kWholeIfNone = 4, kControls = 4, kPunctuation = 4, kZeroSeparator = 4,
                     kEmptySet = 8 };
 enum Operation { kLine, kCRLF, kReverse, kRight, kCrop, kSplit, kFirstWord, kWord, kTrim };
