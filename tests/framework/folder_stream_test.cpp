@@ -159,8 +159,7 @@ TEST(FolderStream, MalformedImagesAreRefusedAndNestingIsBounded) {
   struct Case { const char* what; std::string image; HRESULT expected; };
   const Case cases[] = {
       {"valid single value", FolderImageHeader() + Le32(1) + emptyValue, S_OK},
-      {"wrong magic", "PFLE" + Le32(1) + Le32(0), E_FAIL},
-      {"wrong version", FolderImageHeader(2) + Le32(0), E_FAIL},
+      {"wrong magic", "PFLE" + Le32(1) + Le32(0), E_FAIL}, {"wrong version", FolderImageHeader(2) + Le32(0), E_FAIL},
       {"absurd entry count", FolderImageHeader() + Le32(0xFFFFFFFF) + emptyValue, E_FAIL},
       {"absurd name length", FolderImageHeader() + Le32(1) + "\x03" + Le32(0x40000000) + "abcd", E_FAIL},
       {"absurd binary length", FolderImageHeader() + Le32(1) + "\x02" + NameN() + Le32(0x7FFFFFFF) + "xy", E_FAIL},
@@ -169,8 +168,7 @@ TEST(FolderStream, MalformedImagesAreRefusedAndNestingIsBounded) {
       {"empty name", FolderImageHeader() + Le32(1) + "\x03" + Le32(0) + std::string(2, '\0'), E_FAIL},
       {"repeated name", FolderImageHeader() + Le32(2) + emptyValue + emptyValue, E_FAIL},
       {"object without class", FolderImageHeader() + Le32(1) + "\x04" + NameN() + Le32(0) + Le32(0), E_FAIL},
-      {"trailing byte", FolderImageHeader() + Le32(0) + "x", E_FAIL},
-      {"100 nested folders", Nested(100), S_OK},
+      {"trailing byte", FolderImageHeader() + Le32(0) + "x", E_FAIL}, {"100 nested folders", Nested(100), S_OK},
       {"101 nested folders", Nested(101), E_FAIL},
   };
   for (const Case& c : cases) {

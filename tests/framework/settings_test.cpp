@@ -54,8 +54,7 @@ TEST(Registry, ReadsValuesAndListsBySectionAndName) {
       {L"UI", L"UIFileArchive_Lean", L"0"},
       {L"Mappings", L"data2", L"/mnt/x=y"},  // split at the first "=", blanks trimmed
       {L"Workspace", L"ActiveWorkspace", L"/work/spaces/main.wsp"},  // a repeated section is one section
-      {L"UI", L"Missing", L"<not found>"},
-      {L"Nowhere", L"AppPath", L"<not found>"},
+      {L"UI", L"Missing", L"<not found>"}, {L"Nowhere", L"AppPath", L"<not found>"},
   };
   for (const Case& c : cases)
     EXPECT_EQ(ReadSetting(registry.get(), c.section, c.name), c.expected) << c.section << "/" << c.name;
@@ -85,8 +84,7 @@ TEST(Registry, ReadsSettingsInEveryTextEncoding) {
   const std::string lines = "[Workspace]\nInstallPath=/\xE9t\xE9/app\n";  // é in 8-bit text
   const std::string utf8 = "[Workspace]\nInstallPath=/\xC3\xA9t\xC3\xA9/app\n";
   const Case cases[] = {
-      {"UTF-16 with mark", "\xFF\xFE" + storage_test::Utf16(lines)},
-      {"UTF-8 with mark", "\xEF\xBB\xBF" + utf8},
+      {"UTF-16 with mark", "\xFF\xFE" + storage_test::Utf16(lines)}, {"UTF-8 with mark", "\xEF\xBB\xBF" + utf8},
       {"8-bit text", lines},
   };
   for (const Case& c : cases) {

@@ -24,8 +24,7 @@ TEST(Variant, NumbersFromTextsAndReals) {
       {MakeDouble(2.9), 2.9, 2},          {MakeDouble(-2.9), -2.9, -2},
       {MakeDouble(1e12), 1e12, std::numeric_limits<int32_t>::max()},
       {MakeDouble(-1e12), -1e12, std::numeric_limits<int32_t>::min()},
-      {MakeDouble(2147483647.5), 2147483647.5, 2147483647},
-      {MakeDouble(std::nan("")), std::nan(""), 0},
+      {MakeDouble(2147483647.5), 2147483647.5, 2147483647}, {MakeDouble(std::nan("")), std::nan(""), 0},
       {MakeLong(-7), -7, -7},
   };
   for (const Case& c : cases) {
@@ -115,15 +114,8 @@ SmartPtr<IStringCollection> LinesFor(const std::wstring& text) {
 TEST(StringCollectionTest, LineEnds) {
   struct Case { std::wstring text; Lines lines; };
   const Case cases[] = {
-      {L"", {}},
-      {L"a", {L"a"}},
-      {L"a\nb", {L"a", L"b"}},
-      {L"a\r\nb", {L"a", L"b"}},
-      {L"a\rb", {L"a", L"b"}},
-      {L"a\r\rb", {L"a", L"", L"b"}},
-      {L"a\n\rb", {L"a", L"", L"b"}},
-      {L"a\r\n", {L"a"}},
-      {L"a\n\n", {L"a", L""}},
+      {L"", {}}, {L"a", {L"a"}}, {L"a\nb", {L"a", L"b"}}, {L"a\r\nb", {L"a", L"b"}}, {L"a\rb", {L"a", L"b"}},
+      {L"a\r\rb", {L"a", L"", L"b"}}, {L"a\n\rb", {L"a", L"", L"b"}}, {L"a\r\n", {L"a"}}, {L"a\n\n", {L"a", L""}},
       {L" a \t\n b ", {L" a \t", L" b "}},
   };
   for (const Case& c : cases) {

@@ -53,21 +53,16 @@ SmartPtr<IXMLStream> ChildStream(IXMLStream* stream, const std::wstring& name) {
 TEST(XMLStreamTest, NamesAndTextsAreEscapedAndRoundTrip) {
   struct Case { std::wstring name; std::wstring text; std::wstring written; };
   const Case cases[] = {
-      {L"speed", L"3", L"<speed>3</speed>\r\n"},
-      {L"1st", L"a<b & c>d", L"<_x0031_st>a&lt;b &amp; c&gt;d<"},
+      {L"speed", L"3", L"<speed>3</speed>\r\n"}, {L"1st", L"a<b & c>d", L"<_x0031_st>a&lt;b &amp; c&gt;d<"},
       {L"a<b&c", L"\"double\" and 'single'", L"<a_x003C_b_x0026_c>\"double\" and 'single'<"},
       {L"a:b", L"]]> and \x01 control", L"<a_x003A_b>]]&gt; and &#1; control<"},
       {L"\U0001F600", L"cr\r\nlf\nlone cr\r tab\t", L"<_x1F600_>cr&#13;\nlf\nlone cr&#13; tab\t<"},
       {L"say \"hi\"", L"\U0001F600 beyond the 16-bit range", L"<say_x0020__x0022_hi_x0022_>&#x1F600; beyond"},
-      {L"_x0041_", L"_x0041_", L"<_x005F_x0041_>_x0041_<"},
-      {L"_x", L"x", L"<_x005F_x>"},
-      {L"_a", L"", L"<_a>"},
-      {L"", L"", L"<_x_>"},
-      {L"\u00E9t\u00E9", L"\u00E9 \u00FC \u4E2D", L"<\u00E9t\u00E9>\u00E9 \u00FC \u4E2D<"},
+      {L"_x0041_", L"_x0041_", L"<_x005F_x0041_>_x0041_<"}, {L"_x", L"x", L"<_x005F_x>"}, {L"_a", L"", L"<_a>"},
+      {L"", L"", L"<_x_>"}, {L"\u00E9t\u00E9", L"\u00E9 \u00FC \u4E2D", L"<\u00E9t\u00E9>\u00E9 \u00FC \u4E2D<"},
       {L"\u00FCber", L"   ", L"<\u00FCber>   <"},
       {L"&amp;", L"&#38; stays text", L"<_x0026_amp_x003B_>&amp;#38; stays text<"},
-      {L"x y.z-1\u00B7", L"", L"<x_x0020_y.z-1\u00B7>"},
-      {L"-x", L"", L"<_x002D_x>"},
+      {L"x y.z-1\u00B7", L"", L"<x_x0020_y.z-1\u00B7>"}, {L"-x", L"", L"<_x002D_x>"},
       {L"?not a pi", L"?", L"<_x003F_not_x0020_a_x0020_pi>"},
   };
   for (const Case& c : cases) {
@@ -139,9 +134,7 @@ TEST(XMLStreamTest, ChildrenPrologAndWrittenText) {
 TEST(XMLStreamTest, LoadContentRefusesMalformedXMLWithItsOffset) {
   struct Case { std::wstring text; int32_t offset; };
   const Case cases[] = {
-      {L"<a><b></a>", 8},
-      {L"<a>", 2},
-      {L"<a x=>", 5},
+      {L"<a><b></a>", 8}, {L"<a>", 2}, {L"<a x=>", 5},
       {L"<\u00E4\u00F6><b>\U0001F600</\u00E4\u00F6>", 10},  // characters (15 in UTF-8 bytes)
   };
   for (const Case& c : cases) {

@@ -67,8 +67,7 @@ TEST(LookupTest, KeyFormsInEachCollection) {
       {Name(L"abc"), 0, 0, 0},
       {Name(L"a"), 0, 65535, -1},         // only the prefix collection takes part of a name
       {Name(L"abcd"), 65535, 65535, -1},  // an unknown name is 65535 in the collections
-      {Name(L""), 65535, 65535, -1},
-      {Name(L"\u00c9T\u00e9"), 4, 4, 4},
+      {Name(L""), 65535, 65535, -1}, {Name(L"\u00c9T\u00e9"), 4, 4, 4},
       {Name(L"\u00e9t\u00e9"), 65535, 65535, -1},  // only A-Z fold
       {{L"number 7", SmartPtr<IUnknown>(MakeLong(7).get())}, 7, 7, 7},  // the index itself, unchecked
       {{L"text variant X", SmartPtr<IUnknown>(MakeText(L"X").get())}, 2, 2, 2},

@@ -84,8 +84,7 @@ TEST_F(NamedCollectionTest, RemoveAndClearRelease) {
 
 TEST_F(NamedCollectionTest, SortOrders) {
   struct Case { int32_t flags; std::vector<std::wstring> expected; } cases[] = {
-      {0, {L"a", L"AA", L"b", L"ccc"}},
-      {kSortDescending, {L"ccc", L"b", L"AA", L"a"}},
+      {0, {L"a", L"AA", L"b", L"ccc"}}, {kSortDescending, {L"ccc", L"b", L"AA", L"a"}},
       {kSortByNameLength, {L"a", L"b", L"AA", L"ccc"}},
       {kSortByNameLength | kSortDescending, {L"ccc", L"AA", L"b", L"a"}},
   };

@@ -116,9 +116,7 @@ TEST(ParameterFolderStreamTest, CSVLine) {
                                               {L"b", MakeText(L"x,y=z")}});
   struct Case { int32_t flags; std::wstring expected; };
   const Case cases[] = {
-      {0, L"1,9,x,y=z"},
-      {0x10000, L"a=1,hidden=9,b=x,y=z"},
-      {kSaveLean, L"1,x,y=z"},
+      {0, L"1,9,x,y=z"}, {0x10000, L"a=1,hidden=9,b=x,y=z"}, {kSaveLean, L"1,x,y=z"},
       {kSaveLean | 0x10000, L"a=1,b=x,y=z"},
   };
   for (const Case& c : cases) EXPECT_EQ(CSVOf(set.get(), c.flags), c.expected) << c.flags;
@@ -127,12 +125,9 @@ TEST(ParameterFolderStreamTest, CSVLine) {
 TEST(ParameterFolderStreamTest, LayoutCasesRoundTripAndMerge) {
   SmartPtr<IVariant> object = MakeHolding(SetOf({{L"k", MakeLong(4)}}).get());
   SmartPtr<IParametersCreatable> saved = SetOf({
-      {L"plain", MakeDouble(1.5)},
-      {L"flagged", MakeText(L"t"), 0x10},
-      {L"described", MakeLong(2), 0, AsUnknown(SetOf({{L"min", MakeLong(0)}}))},
-      {L"object", object},
-      {L"", MakeLong(5), 0x20},
-      {L"skipped", MakeLong(6), 0x4000000},
+      {L"plain", MakeDouble(1.5)}, {L"flagged", MakeText(L"t"), 0x10},
+      {L"described", MakeLong(2), 0, AsUnknown(SetOf({{L"min", MakeLong(0)}}))}, {L"object", object},
+      {L"", MakeLong(5), 0x20}, {L"skipped", MakeLong(6), 0x4000000},
   });
   SmartPtr<IFolderStream> folder = CreateObjectAs<IFolderStream>(L"FolderStream");
   ASSERT_EQ(saved->Params_SaveFolderStream(folder.get(), 0), S_OK);

@@ -79,8 +79,7 @@ TEST(ParameterSetTest, CopyMergesInSourceOrder) {
 
 TEST(ParameterSetTest, SortIsCaseSensitiveWithUnnamedFirst) {
   struct Case { int32_t flags; Rows expected; } cases[] = {
-      {0, {L"<null>", L"A", L"B", L"a", L"ab", L"b"}},
-      {kSortDescending, {L"b", L"ab", L"a", L"B", L"A", L"<null>"}},
+      {0, {L"<null>", L"A", L"B", L"a", L"ab", L"b"}}, {kSortDescending, {L"b", L"ab", L"a", L"B", L"A", L"<null>"}},
   };
   for (const Case& c : cases) {
     SmartPtr<IParametersCreatable> set = SetOf({{L"b", MakeLong(1)}, {L"a", MakeLong(2)}, {L"B", MakeLong(3)},
@@ -144,27 +143,16 @@ TEST(ParametersCreatableTest, FindConditions) {
     HRESULT expected;
   };
   const Case cases[] = {
-      {L"Speed >= 10", MakeLong(10), S_OK},
-      {L"Speed > 10", MakeLong(10), E_FAIL},
-      {L"Speed<10.5", MakeDouble(10.4), S_OK},
-      {L"Speed != 10", MakeLong(10), E_FAIL},
-      {L"Speed!9", MakeLong(10), E_FAIL},
-      {L"Speed == 10", MakeText(L"10"), S_OK},
-      {L"Speed=10+-5%", MakeDouble(10.4), S_OK},
-      {L"Speed=10+-5%", MakeDouble(10.6), E_FAIL},
-      {L"Speed=0+-5%", MakeDouble(0.04), S_OK},
-      {L"Speed=10+-1", MakeDouble(8.9), E_FAIL},
-      {L"SPEED=10", MakeLong(10), S_OK},
-      {L"Nope=10", MakeLong(10), E_FAIL},
-      {L" Speed\t= 10 ", MakeLong(10), S_OK},
-      {L"Speed=", MakeLong(10), E_FAIL},
-      {L"Mode='auto'", MakeText(L"auto mode"), S_OK},
-      {L"Mode='auto'", MakeText(L"automatic"), E_FAIL},
-      {L"Mode=\"auto\"", MakeText(L"x auto,y"), S_OK},
-      {L"Mode!='auto'", MakeText(L"automatic"), S_OK},
-      {L"Mode=uto", MakeText(L"automatic"), S_OK},
-      {L"Mode=1234567890", MakeText(L"1234567890"), S_OK},
-      {L"atic", MakeText(L"automatic"), S_OK},
+      {L"Speed >= 10", MakeLong(10), S_OK}, {L"Speed > 10", MakeLong(10), E_FAIL},
+      {L"Speed<10.5", MakeDouble(10.4), S_OK}, {L"Speed != 10", MakeLong(10), E_FAIL},
+      {L"Speed!9", MakeLong(10), E_FAIL}, {L"Speed == 10", MakeText(L"10"), S_OK},
+      {L"Speed=10+-5%", MakeDouble(10.4), S_OK}, {L"Speed=10+-5%", MakeDouble(10.6), E_FAIL},
+      {L"Speed=0+-5%", MakeDouble(0.04), S_OK}, {L"Speed=10+-1", MakeDouble(8.9), E_FAIL},
+      {L"SPEED=10", MakeLong(10), S_OK}, {L"Nope=10", MakeLong(10), E_FAIL}, {L" Speed\t= 10 ", MakeLong(10), S_OK},
+      {L"Speed=", MakeLong(10), E_FAIL}, {L"Mode='auto'", MakeText(L"auto mode"), S_OK},
+      {L"Mode='auto'", MakeText(L"automatic"), E_FAIL}, {L"Mode=\"auto\"", MakeText(L"x auto,y"), S_OK},
+      {L"Mode!='auto'", MakeText(L"automatic"), S_OK}, {L"Mode=uto", MakeText(L"automatic"), S_OK},
+      {L"Mode=1234567890", MakeText(L"1234567890"), S_OK}, {L"atic", MakeText(L"automatic"), S_OK},
       {L"=atic", MakeText(L"automatic"), E_FAIL},
   };
   for (const Case& c : cases) {

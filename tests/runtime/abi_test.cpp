@@ -129,8 +129,7 @@ TEST(Identity, Collisions) {
       {"ABCDEFGHIJKLMNOPQRSTUVWXY", "ABCDEFGHIJKLMNOPQRSTUVWXYZZZ", true},  // only 25 characters count
       {"ABCDEFGHIJKLMNOPQRSTUVWXY", "ABCDEFGHIJKLMNOPQRSTUVWXZ", false},   // the 25th still counts
       {"I0", "I1", false},                                                 // digits 0-4 have codes of their own
-      {"I4", "I9", false},
-      {"IString", "IStrinh", false},
+      {"I4", "I9", false}, {"IString", "IStrinh", false},
       {"4A", "4", true},    // A (1) only sets the bit the 4 already set
       {"4B", "4C", true},   // B (2) and C (3) differ only in that bit
       {"3B", "3C", false},  // 3 (31) has no sixth bit

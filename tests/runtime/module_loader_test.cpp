@@ -51,8 +51,7 @@ TEST(ModuleCreateFunction, FindsTheClassOrReportsAMissingModule) {
 TEST(CreateObject, ByClassNameThroughTheCollection) {
   InitializeModule(nullptr, nullptr);
   struct Case { const wchar_t* className; const IID* iid; bool created; } cases[] = {
-      {L"Variant", &IID_IVariant, true},
-      {L"NoSuchClass", &IID_IVariant, false},
+      {L"Variant", &IID_IVariant, true}, {L"NoSuchClass", &IID_IVariant, false},
       {L"Variant", &IID_IString, false},   // a variant is not a string
   };
   for (const Case& c : cases) {

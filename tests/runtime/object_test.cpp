@@ -38,8 +38,7 @@ class CProbe : public CObjectImpl<CProbe, IProbe, ISecond> {
  public:
   static constexpr wchar_t kObjectName[] = L"Probe";
   static constexpr InterfaceEntry<CProbe> kInterfaces[] = {
-      {&IID_IObjectInfo, InterfaceOf<CProbe, IObjectInfo>},
-      {&IID_IProbe, InterfaceOf<CProbe, IProbe>},
+      {&IID_IObjectInfo, InterfaceOf<CProbe, IObjectInfo>}, {&IID_IProbe, InterfaceOf<CProbe, IProbe>},
       {&IID_ISecond, InterfaceOf<CProbe, ISecond>},
   };
   CProbe() { ++gCensus.live; }

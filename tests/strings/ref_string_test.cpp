@@ -143,8 +143,7 @@ class CTextStream : public CObjectImpl<CTextStream, IDataStream, IString> {
  public:
   static constexpr wchar_t kObjectName[] = L"TextStream";
   static constexpr InterfaceEntry<CTextStream> kInterfaces[] = {
-      {&IID_IDataStream, InterfaceOf<CTextStream, IDataStream>},
-      {&IID_IString, InterfaceOf<CTextStream, IString>},
+      {&IID_IDataStream, InterfaceOf<CTextStream, IDataStream>}, {&IID_IString, InterfaceOf<CTextStream, IString>},
   };
   HRESULT Write(const void*, int32_t) override { return E_NOTIMPL; }
   HRESULT Read(void*, int32_t, int32_t*) override { return E_NOTIMPL; }
