@@ -115,12 +115,9 @@ TEST_F(ObjectModel, InterfacesReachTheOneObject) {
   EXPECT_EQ(cast.Cast(nullptr), E_FAIL);
   EXPECT_FALSE(cast) << "a failed cast leaves null";
 
-  SmartPtr<IObjectInfo> info = QueryAs<IObjectInfo>(probe.get());
-  tagREFString first{}, again{};
-  ASSERT_EQ(info->GetName(0, &first), S_OK);
-  ASSERT_EQ(info->GetName(99, &again), S_OK);
-  EXPECT_EQ(std::wstring(first.text, static_cast<size_t>(first.length)), L"Probe");
-  EXPECT_EQ(first.text, again.text) << "no copy: the static text itself";
+  tagREFString name{};
+  ASSERT_EQ(QueryAs<IObjectInfo>(probe.get())->GetName(99, &name), S_OK);  // any index: the class name
+  EXPECT_EQ(std::wstring(name.text, static_cast<size_t>(name.length)), L"Probe");
 }
 
 // Objects shared by several threads that each drop their references in their own random order: the last Release
