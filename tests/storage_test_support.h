@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 #include <string>
 
 #include "test_support.h"
@@ -17,9 +17,7 @@ namespace storage_test {
 
 inline std::string FileBytes(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
+  return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 inline void WriteFile(const std::string& path, const std::string& bytes) {
@@ -35,8 +33,8 @@ inline std::string Utf16(const std::string& text) {
   return units;
 }
 
-// A fresh folder below the build folder for one test's files (named after the
-// running test too, so tests that run in parallel never share one).
+// A fresh folder below the build folder for one test's files (named after the running test too, so tests that
+// run in parallel never share one).
 inline std::string ScratchFolder(const std::string& name) {
   const ::testing::TestInfo* test = ::testing::UnitTest::GetInstance()->current_test_info();
   const std::string folder = "persist-" + name + "-" + (test ? test->name() : "none");
@@ -86,8 +84,8 @@ class SettingsFile : public ScratchFile {
   std::string m_Previous;
 };
 
-// The folder's entries through its collection view, one "name=value" line each, sub-folders and object
-// contents indented.
+// The folder's entries through its collection view, one "name=value" line each, sub-folders and objects
+// indented.
 inline std::wstring FolderDump(IUnknown* stream, const std::wstring& indent = L"") {
   SmartPtr<ISuperCollection> folder = QueryAs<ISuperCollection>(stream);
   if (!folder) return L"<not a collection>";
@@ -117,33 +115,6 @@ inline std::wstring FolderDump(IUnknown* stream, const std::wstring& indent = L"
     }
   }
   return dump;
-}
-
-// Little-endian bytes of a 32-bit value.
-inline std::string Le32(uint32_t value) {
-  std::string bytes(4, '\0');
-  for (int i = 0; i < 4; ++i) bytes[i] = static_cast<char>(value >> (8 * i));
-  return bytes;
-}
-
-// The start of a folder-stream image.
-inline std::string FolderImageHeader(uint32_t version = 1) { return "PFLD" + Le32(version); }
-
-// A folder-stream image whose root folder holds `count` of the smallest
-// entries of `kind` (empty values, or empty sub-folders), each named by one
-// character of its own (1, 2, 3...).
-inline std::string SmallestEntriesImage(uint32_t count, int32_t kind) {
-  const std::string payload = kind == kFolderEntryFolder ? Le32(0) : std::string(1, '\0');
-  std::string image = FolderImageHeader() + Le32(count);
-  image.reserve(image.size() + size_t{count} * (9 + payload.size()));
-  const std::string nameLength = Le32(1);
-  for (uint32_t i = 1; i <= count; ++i) {
-    image += static_cast<char>(kind);
-    image += nameLength;
-    for (int shift = 0; shift < 32; shift += 8) image += static_cast<char>(i >> shift);
-    image += payload;
-  }
-  return image;
 }
 
 }  // namespace storage_test

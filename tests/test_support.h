@@ -1,5 +1,5 @@
-// Helpers shared by the test suites: making framework strings and variants
-// through the framework (as a host would) and reading them back.
+// Helpers shared by the test suites: making framework strings and variants through the framework (as a host
+// would) and reading them back.
 #pragma once
 
 #include <cstdio>
@@ -16,7 +16,7 @@ inline tagREFString Ref(const std::wstring& text) { return {static_cast<int32_t>
 
 inline SmartPtr<ICreatableString> MakeString(const std::wstring& text) {
   SmartPtr<ICreatableString> result = SmartPtr<ICreatableString>::Adopt(CREFString::CreateString());
-  if (result) result->SetText({static_cast<int32_t>(text.size()), text.c_str()});
+  if (result) result->SetText(Ref(text));
   return result;
 }
 
@@ -49,29 +49,19 @@ inline std::wstring TextOf(const tagREFString& view) {
 
 inline SmartPtr<IVariant> MakeVariant() { return SmartPtr<IVariant>::Adopt(CREFString::CreateVariant()); }
 
-// A variant holding `object`.
-inline SmartPtr<IVariant> MakeHolding(IUnknown* object) {
+// A new variant after `set` has been applied to it.
+template <class Setter>
+SmartPtr<IVariant> MakeVariantBy(Setter set) {
   SmartPtr<IVariant> value = MakeVariant();
-  if (value) value->Assign(object);
+  if (value) set(value.get());
   return value;
 }
-
-inline SmartPtr<IVariant> MakeLong(int32_t value) {
-  SmartPtr<IVariant> v = MakeVariant();
-  v->SetLong(value);
-  return v;
-}
-
-inline SmartPtr<IVariant> MakeDouble(double value) {
-  SmartPtr<IVariant> v = MakeVariant();
-  v->SetDouble(value);
-  return v;
-}
-
+// A variant holding `object`.
+inline SmartPtr<IVariant> MakeHolding(IUnknown* o) { return MakeVariantBy([&](IVariant* v) { v->Assign(o); }); }
+inline SmartPtr<IVariant> MakeLong(int32_t n) { return MakeVariantBy([&](IVariant* v) { v->SetLong(n); }); }
+inline SmartPtr<IVariant> MakeDouble(double x) { return MakeVariantBy([&](IVariant* v) { v->SetDouble(x); }); }
 inline SmartPtr<IVariant> MakeText(const std::wstring& text) {
-  SmartPtr<IVariant> v = MakeVariant();
-  v->SetString(MakeString(text).get());
-  return v;
+  return MakeVariantBy([&](IVariant* v) { v->SetString(MakeString(text).get()); });
 }
 
 // A value in short form: "e" empty, "i<integer>", "r<real, all digits>", "t'<text>'", "o<class name>".

@@ -1,8 +1,10 @@
-// The stand-in "Variant": kinds, conversions between them, and assignment.
+// The stand-in "Variant" (kinds, conversions between them, assignment) and "StringCollection" (a text given
+// through its string setter, split into lines).
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include "test_support.h"
 
@@ -10,8 +12,8 @@ namespace {
 
 using namespace test_support;
 
-// A text converts to the number at its start (blanks, sign, digits, fraction, exponent); a real converts to
-// an integer toward zero, saturating, NaN giving 0.
+// A text converts to the number at its start (blanks, sign, digits, fraction, exponent); a real converts to an
+// integer toward zero, saturating, NaN giving 0.
 TEST(Variant, NumbersFromTextsAndReals) {
   struct Case { SmartPtr<IVariant> value; double asDouble; int32_t asLong; } cases[] = {
       {MakeText(L"12.75"), 12.75, 12},    {MakeText(L"-12.75"), -12.75, -12}, {MakeText(L"  42"), 42, 42},
@@ -22,8 +24,7 @@ TEST(Variant, NumbersFromTextsAndReals) {
       {MakeDouble(2.9), 2.9, 2},          {MakeDouble(-2.9), -2.9, -2},
       {MakeDouble(1e12), 1e12, std::numeric_limits<int32_t>::max()},
       {MakeDouble(-1e12), -1e12, std::numeric_limits<int32_t>::min()},
-      {MakeDouble(2147483647.5), 2147483647.5, 2147483647},
-      {MakeDouble(std::nan("")), std::nan(""), 0},
+      {MakeDouble(2147483647.5), 2147483647.5, 2147483647}, {MakeDouble(std::nan("")), std::nan(""), 0},
       {MakeLong(-7), -7, -7},
   };
   for (const Case& c : cases) {
@@ -71,29 +72,62 @@ TEST(Variant, SettersAndAssignReplaceTheValue) {
 
 // Copying a value copies its text; a framework string, given or assigned, is shared.
 TEST(Variant, TextsAreCopiedFromValuesAndSharedFromStrings) {
-  SmartPtr<IVariant> source = MakeText(L"abc");
-  SmartPtr<IVariant> copy = MakeVariant();
+  SmartPtr<IVariant> source = MakeText(L"abc"), copy = MakeVariant();
   copy->Assign(source.get());
-  SmartPtr<IString> sourceText, copyText;
-  source->GetString(sourceText.Receive());
-  copy->GetString(copyText.Receive());
-  EXPECT_FALSE(copyText == sourceText.get()) << "the copy does not share the text object";
   copy->Assign(copy.get());
-  EXPECT_EQ(DescribeValue(copy.get()), L"t'abc'") << "assigning a value to itself keeps it";
-
   SmartPtr<ICreatableString> text = MakeString(L"shared");
-  SmartPtr<IVariant> given = MakeVariant(), assigned = MakeVariant();
+  SmartPtr<IVariant> given = MakeVariant(), assigned = MakeHolding(text.get());
   given->SetString(text.get());
-  assigned->Assign(text.get());
-  for (IVariant* value : {given.get(), assigned.get()}) {
-    SmartPtr<IString> held;
-    ASSERT_EQ(value->GetString(held.Receive()), S_OK);
-    EXPECT_TRUE(held == text.get()) << "the same string object, not a copy";
-  }
   text->Append(RefOf(L"!"));
-  EXPECT_EQ(DescribeValue(given.get()) + DescribeValue(assigned.get()), L"t'shared!'t'shared!'");
+  SmartPtr<IString> sourceText;
+  source->GetString(sourceText.Receive());
+  QueryAs<ICreatableString>(sourceText.get())->Append(RefOf(L"?"));
+  EXPECT_EQ(DescribeValue(copy.get()) + DescribeValue(given.get()) + DescribeValue(assigned.get()),
+            L"t'abc't'shared!'t'shared!'") << "the copy owns its text, even assigned to itself";
   given->SetString(nullptr);
   EXPECT_EQ(DescribeValue(given.get()), L"e") << "a null string empties the value";
+}
+
+using Lines = std::vector<std::wstring>;
+
+Lines LinesOf(IStringCollection* lines) {
+  Lines result;
+  int32_t count = 0;
+  lines->get_Count(&count);
+  for (int32_t i = 0; i < count; ++i) {
+    SmartPtr<IUnknown> item;
+    lines->get_Item(i, item.Receive());
+    result.push_back(TextOf(QueryAs<IString>(item.get())));
+  }
+  return result;
+}
+
+// Made as the text parser makes it: created by name, reset with 0, given the text.
+SmartPtr<IStringCollection> LinesFor(const std::wstring& text) {
+  SmartPtr<IStringCollection> lines = CreateObjectAs<IStringCollection>(L"StringCollection");
+  if (!lines) return lines;
+  lines->Reset(0);
+  QueryAs<ICreatableString>(lines.get())->SetText(Ref(text));
+  return lines;
+}
+
+TEST(StringCollectionTest, LineEnds) {
+  struct Case { std::wstring text; Lines lines; };
+  const Case cases[] = {
+      {L"", {}}, {L"a", {L"a"}}, {L"a\nb", {L"a", L"b"}}, {L"a\r\nb", {L"a", L"b"}}, {L"a\rb", {L"a", L"b"}},
+      {L"a\r\rb", {L"a", L"", L"b"}}, {L"a\n\rb", {L"a", L"", L"b"}}, {L"a\r\n", {L"a"}}, {L"a\n\n", {L"a", L""}},
+      {L" a \t\n b ", {L" a \t", L" b "}},
+  };
+  for (const Case& c : cases) {
+    SmartPtr<IStringCollection> lines = LinesFor(c.text);
+    ASSERT_TRUE(lines);
+    EXPECT_EQ(LinesOf(lines.get()), c.lines) << testing::PrintToString(c.text);
+    EXPECT_EQ(TextOf(QueryAs<IString>(lines.get())), c.text) << "the whole text is kept";
+  }
+  SmartPtr<IStringCollection> lines = LinesFor(L"one\r\ntwo");
+  EXPECT_EQ(lines->Reset(0), S_OK);
+  EXPECT_EQ(LinesOf(lines.get()), Lines{});
+  EXPECT_EQ(TextOf(QueryAs<IString>(lines.get())), L"");
 }
 
 }  // namespace

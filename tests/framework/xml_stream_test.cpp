@@ -1,11 +1,10 @@
-// "XMLStream" and "XMLStreamEx" as a host uses them: writing, reading back,
-// name escaping, layout, the prolog, malformed input and objects by class name.
+// "XMLStream" as a host uses it: writing, reading back, name escaping, layout, the prolog, malformed input and
+// objects by class name; and "ASCIIStream", which turns its text into UTF-8 bytes.
 #include <gtest/gtest.h>
 
 #include <vector>
 
 #include "test_support.h"
-#include "xml_test_support.h"
 
 namespace {
 
@@ -14,7 +13,25 @@ using test_support::TextOf;
 using test_support::XMLStreamOn;
 using test_support::XMLTextOf;
 
+using Names = std::vector<std::wstring>;
+
+const std::wstring kProlog =
+    L"<?xml version=\"1.0\"?>\r\n<?xml-stylesheet href=\"generic.xsl\" type=\"text/xsl\"?>\r\n";
+
 SmartPtr<IXMLStream> NewStream() { return CreateObjectAs<IXMLStream>(L"XMLStream"); }
+
+// The children of an XML stream as "name=text", in document order.
+Names ChildrenOf(IUnknown* stream) {
+  SmartPtr<IXMLStream> xml = QueryAs<IXMLStream>(stream);
+  Names children;
+  SmartPtr<IString> name;
+  while (xml && xml->NextChild(name.Receive()) >= 0) {
+    SmartPtr<IString> text;
+    xml->OpenChild(Ref(TextOf(name)), text.Receive(), nullptr, 1);
+    children.push_back(TextOf(name) + L"=" + TextOf(text));
+  }
+  return children;
+}
 
 // Names of the children, in order, read with NextChild.
 Names ChildNames(IXMLStream* stream) {
@@ -36,21 +53,16 @@ SmartPtr<IXMLStream> ChildStream(IXMLStream* stream, const std::wstring& name) {
 TEST(XMLStreamTest, NamesAndTextsAreEscapedAndRoundTrip) {
   struct Case { std::wstring name; std::wstring text; std::wstring written; };
   const Case cases[] = {
-      {L"speed", L"3", L"<speed>3</speed>\r\n"},
-      {L"1st", L"a<b & c>d", L"<_x0031_st>a&lt;b &amp; c&gt;d<"},
+      {L"speed", L"3", L"<speed>3</speed>\r\n"}, {L"1st", L"a<b & c>d", L"<_x0031_st>a&lt;b &amp; c&gt;d<"},
       {L"a<b&c", L"\"double\" and 'single'", L"<a_x003C_b_x0026_c>\"double\" and 'single'<"},
       {L"a:b", L"]]> and \x01 control", L"<a_x003A_b>]]&gt; and &#1; control<"},
       {L"\U0001F600", L"cr\r\nlf\nlone cr\r tab\t", L"<_x1F600_>cr&#13;\nlf\nlone cr&#13; tab\t<"},
       {L"say \"hi\"", L"\U0001F600 beyond the 16-bit range", L"<say_x0020__x0022_hi_x0022_>&#x1F600; beyond"},
-      {L"_x0041_", L"_x0041_", L"<_x005F_x0041_>_x0041_<"},
-      {L"_x", L"x", L"<_x005F_x>"},
-      {L"_a", L"", L"<_a>"},
-      {L"", L"", L"<_x_>"},
-      {L"\u00E9t\u00E9", L"\u00E9 \u00FC \u4E2D", L"<\u00E9t\u00E9>\u00E9 \u00FC \u4E2D<"},
+      {L"_x0041_", L"_x0041_", L"<_x005F_x0041_>_x0041_<"}, {L"_x", L"x", L"<_x005F_x>"}, {L"_a", L"", L"<_a>"},
+      {L"", L"", L"<_x_>"}, {L"\u00E9t\u00E9", L"\u00E9 \u00FC \u4E2D", L"<\u00E9t\u00E9>\u00E9 \u00FC \u4E2D<"},
       {L"\u00FCber", L"   ", L"<\u00FCber>   <"},
       {L"&amp;", L"&#38; stays text", L"<_x0026_amp_x003B_>&amp;#38; stays text<"},
-      {L"x y.z-1\u00B7", L"", L"<x_x0020_y.z-1\u00B7>"},
-      {L"-x", L"", L"<_x002D_x>"},
+      {L"x y.z-1\u00B7", L"", L"<x_x0020_y.z-1\u00B7>"}, {L"-x", L"", L"<_x002D_x>"},
       {L"?not a pi", L"?", L"<_x003F_not_x0020_a_x0020_pi>"},
   };
   for (const Case& c : cases) {
@@ -67,11 +79,11 @@ TEST(XMLStreamTest, NamesAndTextsAreEscapedAndRoundTrip) {
   EXPECT_EQ(XMLTextOf(stream.get()), L"<a>xy</a>\r\n") << "zero characters are left out";
 }
 
-// Indentation stops at 32 levels, so deep nesting costs a bounded amount per element. For 10,000
-// nested "e": each start tag is "<e>" after a line break (but the first) and min(depth, 32) * 2
-// blanks; each end tag but the innermost adds a line break and the same blanks, the outermost a
-// final line break. The blanks come to 2 * (528 + 32 * 9967) = 638,944 for the starts and 64 less
-// for the ends: 30,000 + 19,998 + 638,944 + 40,000 + 19,998 + 638,880 + 2 characters.
+// Indentation stops at 32 levels, so deep nesting costs a bounded amount per element. For 10,000 nested "e":
+// each start tag is "<e>" after a line break (but the first) and min(depth, 32) * 2 blanks; each end tag but
+// the innermost adds a line break and the same blanks, the outermost a final line break. The blanks come to 2 *
+// (528 + 32 * 9967) = 638,944 for the starts and 64 less for the ends: 30,000 + 19,998 + 638,944 + 40,000 +
+// 19,998 + 638,880 + 2 characters.
 TEST(XMLStreamTest, DeepNestingIsIndentedAtMostThirtyTwoLevels) {
   constexpr int kDepth = 10000;
   SmartPtr<IXMLStream> stream = NewStream();
@@ -85,25 +97,21 @@ TEST(XMLStreamTest, DeepNestingIsIndentedAtMostThirtyTwoLevels) {
   EXPECT_EQ(text.find(std::wstring(65, L' ')), std::wstring::npos);
 }
 
-TEST(XMLStreamTest, PrologIsListedAndSteppedOver) {
-  const std::wstring written = kProlog + L"<ParametersCreatable>\r\n  <speed>3</speed>\r\n</ParametersCreatable>\r\n";
-  EXPECT_EQ(ChildNames(XMLStreamOn(written).get()), (Names{L"?xml", L"?xml-stylesheet", L"ParametersCreatable"}));
-  // Step over the prolog, then open the first remaining child by an empty name.
-  SmartPtr<IXMLStream> reader = XMLStreamOn(written);
+// Children in document order after the listed prolog; a named open finds the first child of that name and
+// leaves the cursor alone; written text is read afresh from its start, and bytes written to it join the text.
+TEST(XMLStreamTest, ChildrenPrologAndWrittenText) {
+  const std::wstring written =
+      kProlog + L"<set><z>1</z><a><Value>2</Value><Flags>#000010</Flags></a><m>3</m><a>dup</a></set>";
+  EXPECT_EQ(ChildNames(XMLStreamOn(written).get()), (Names{L"?xml", L"?xml-stylesheet", L"set"}));
+  SmartPtr<IXMLStream> reader = XMLStreamOn(written), other = XMLStreamOn(written);
   EXPECT_EQ(reader->StepOver(), S_OK);
   EXPECT_EQ(reader->StepOver(), S_FALSE) << "nothing more to step over";
-  EXPECT_EQ(ChildNames(ChildStream(reader.get(), L"").get()), Names{L"speed"});
-}
-
-TEST(XMLStreamTest, ChildrenKeepOrderAndNesting) {
-  SmartPtr<IXMLStream> stream =
-      XMLStreamOn(L"<set><z>1</z><a><Value>2</Value><Flags>#000010</Flags></a><m>3</m><a>dup</a></set>");
-  SmartPtr<IXMLStream> walked = ChildStream(stream.get(), L"set"), set = ChildStream(stream.get(), L"set");
+  SmartPtr<IXMLStream> walked = ChildStream(reader.get(), L""), set = ChildStream(other.get(), L"set");
   EXPECT_EQ(ChildNames(walked.get()), (Names{L"z", L"a", L"m", L"a"}));
   EXPECT_LT(walked->OpenChild({0, nullptr}, nullptr, nullptr, 1), 0) << "the cursor is past the end";
-
-  // A named open finds the first child of that name and leaves the cursor alone.
   SmartPtr<IString> text, first;
+  EXPECT_LT(walked->NextChild(first.Receive()), 0);
+  EXPECT_FALSE(first) << "no name when no child is left";
   SmartPtr<IDataStream> full;
   ASSERT_EQ(set->OpenChild(RefOf(L"a"), text.Receive(), full.Receive(), 1), S_OK);
   EXPECT_EQ(TextOf(text), L"") << "an element holding elements has no text of its own";
@@ -112,16 +120,21 @@ TEST(XMLStreamTest, ChildrenKeepOrderAndNesting) {
   EXPECT_EQ(TextOf(first), L"z");
   EXPECT_EQ(set->OpenChild(RefOf(L"missing"), text.Receive(), nullptr, 1), E_ITEMNOTFOUND);
   EXPECT_FALSE(text);
-  EXPECT_LT(walked->NextChild(first.Receive()), 0);
-  EXPECT_FALSE(first) << "no name when no child is left";
+
+  SmartPtr<IXMLStream> stream = NewStream();
+  stream->WriteElement(RefOf(L"a"), 0, RefOf(L"1"), 0);
+  EXPECT_EQ(ChildNames(stream.get()), Names{L"a"});
+  const std::wstring more = L"<b>2</b>";
+  const int32_t bytes = static_cast<int32_t>(more.size() * sizeof(wchar_t));
+  EXPECT_EQ(QueryAs<IDataStream>(stream.get())->Write(more.c_str(), bytes), S_OK);
+  EXPECT_EQ(ChildrenOf(stream.get()), (Names{L"a=1", L"b=2"}));
+  EXPECT_EQ(XMLTextOf(stream.get()), L"<a>1</a>\r\n<b>2</b>");
 }
 
 TEST(XMLStreamTest, LoadContentRefusesMalformedXMLWithItsOffset) {
   struct Case { std::wstring text; int32_t offset; };
   const Case cases[] = {
-      {L"<a><b></a>", 8},
-      {L"<a>", 2},
-      {L"<a x=>", 5},
+      {L"<a><b></a>", 8}, {L"<a>", 2}, {L"<a x=>", 5},
       {L"<\u00E4\u00F6><b>\U0001F600</\u00E4\u00F6>", 10},  // characters (15 in UTF-8 bytes)
   };
   for (const Case& c : cases) {
@@ -147,26 +160,18 @@ TEST(XMLStreamTest, LoadContentRefusesMalformedXMLWithItsOffset) {
   EXPECT_EQ(ChildNames(stream.get()), Names{}) << "an empty document";
 }
 
-// An object is written under its class name and read back as a new object of
-// that class, which loads the element's content in replace mode.
+// An object is written under its class name and read back as a new object of that class (reading its content
+// back is exercised by the parameter set's descriptors).
 TEST(XMLStreamTest, ObjectsAreNamedByTheirClassAndRecreatedByIt) {
   SmartPtr<IXMLStream> writer = NewStream();
-  ASSERT_EQ(writer->BeginObject(NewObject<CXMLProbe>()->GetUnknown(), 0, 0), S_OK);
+  ASSERT_EQ(writer->BeginObject(CreateObjectAs<IUnknown>(L"FileInfo").get(), 0, 0), S_OK);
   writer->EndElement();
-  EXPECT_EQ(XMLTextOf(writer.get()), L"<XMLProbe></XMLProbe>\r\n");
+  EXPECT_EQ(XMLTextOf(writer.get()), L"<FileInfo></FileInfo>\r\n");
   const SmartPtr<test_support::CAnonymousObject> anonymous = NewObject<test_support::CAnonymousObject>();
   EXPECT_EQ(writer->BeginObject(anonymous->GetUnknown(), 0, 0), E_NOINTERFACE) << "no class name";
   EXPECT_EQ(writer->BeginObject(nullptr, 0, 0), E_POINTER);
 
   SmartPtr<IUnknown> object;
-  const std::wstring saved = L"<item><ParametersCreatable><Payload>x &lt; y</Payload></ParametersCreatable></item>";
-  ASSERT_EQ(ChildStream(XMLStreamOn(saved).get(), L"item")->ReadObject({0, nullptr}, object.Receive()), S_OK);
-  SmartPtr<IParameters> set = QueryAs<IParameters>(object.get());
-  ASSERT_TRUE(set);
-  SmartPtr<IVariant> value;
-  ASSERT_EQ(set->get_ItemVariant(0, value.Receive()), S_OK) << "a merge into the new, empty set would load nothing";
-  EXPECT_EQ(test_support::DescribeValue(value.get()), L"t'x < y'");
-
   SmartPtr<IXMLStream> stream = XMLStreamOn(L"<NoSuchClass><a/></NoSuchClass><Variant/>");
   EXPECT_EQ(stream->ReadObject(RefOf(L"NoSuchClass"), object.Receive()), CO_E_CREATEFAILED);
   EXPECT_FALSE(object);
@@ -174,17 +179,28 @@ TEST(XMLStreamTest, ObjectsAreNamedByTheirClassAndRecreatedByIt) {
   EXPECT_TRUE(QueryAs<IVariant>(object.get()));
 }
 
-// Written text is read afresh from its start, and bytes written to it join the text.
-TEST(XMLStreamTest, WrittenTextIsReadAgainAndIsADataStream) {
-  SmartPtr<IXMLStream> stream = NewStream();
-  stream->WriteElement(RefOf(L"a"), 0, RefOf(L"1"), 0);
-  EXPECT_EQ(ChildNames(stream.get()), Names{L"a"});
-  SmartPtr<IDataStream> bytes = QueryAs<IDataStream>(stream.get());
-  ASSERT_TRUE(bytes);
-  const std::wstring more = L"<b>2</b>";
-  EXPECT_EQ(bytes->Write(more.c_str(), static_cast<int32_t>(more.size() * sizeof(wchar_t))), S_OK);
-  EXPECT_EQ(ChildrenOf(stream.get()), (Names{L"a=1", L"b=2"}));
-  EXPECT_EQ(XMLTextOf(stream.get()), L"<a>1</a>\r\n<b>2</b>");
+// Appended to what the target "DataStream" held.
+TEST(ASCIIStreamTest, XMLTextBecomesUtf8) {
+  struct Case { std::wstring raw; std::string bytes; };
+  const Case cases[] = {
+      {L"<a>1</a>", "<a>1</a>"}, {L"\u00E9\u20AC", "\xC3\xA9\xE2\x82\xAC"}, {L"\U0001F600", "\xF0\x9F\x98\x80"},
+      {std::wstring(1, static_cast<wchar_t>(0xD800)), "\xEF\xBF\xBD"},  // not a character: U+FFFD
+  };
+  SmartPtr<IStreamTransform> ascii = CreateObjectAs<IStreamTransform>(L"ASCIIStream");
+  ASSERT_TRUE(ascii);
+  for (const Case& c : cases) {
+    SmartPtr<IXMLStream> xml = NewStream();
+    xml->WriteRawText(c.raw.c_str(), static_cast<int32_t>(c.raw.size() * sizeof(wchar_t)), 0);
+    SmartPtr<IDataStream> bytes = CreateObjectAs<IDataStream>(L"DataStream");
+    bytes->Write("=", 1);
+    EXPECT_EQ(ascii->Transform(xml.get(), bytes.get()), S_OK);
+    EXPECT_EQ(test_support::BytesOf(bytes.get()), "=" + c.bytes);
+  }
+  SmartPtr<IDataStream> bytes = CreateObjectAs<IDataStream>(L"DataStream");
+  EXPECT_EQ(bytes->Write("a", -1), E_INVALIDARG);
+  EXPECT_EQ(bytes->Write(nullptr, 1), E_POINTER);
+  EXPECT_EQ(ascii->Transform(bytes.get(), bytes.get()), E_NOINTERFACE) << "only XML streams are transformed";
+  EXPECT_EQ(ascii->Transform(NewStream().get(), nullptr), E_POINTER);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Helpers of the collection tests: making collections, names, and reference
-// first-match scans that the indexed lookups must agree with.
+// Helpers of the collection tests: making collections, names, and reference first-match scans that the indexed
+// lookups must agree with.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -53,8 +53,8 @@ inline bool NameMatches(const std::wstring& name, const std::wstring& key, bool 
   return true;
 }
 
-// Index of the first of `names` that matches, or `notFound`. Unnamed items
-// ("<null>") never match since keys in the tests have no '<'.
+// Index of the first of `names` that matches, or `notFound`. Unnamed items ("<null>") never match since keys in
+// the tests have no '<'.
 inline int32_t ScanFirst(const std::vector<std::wstring>& names, const std::wstring& key, bool whole,
                          int32_t notFound) {
   for (size_t i = 0; i < names.size(); ++i)

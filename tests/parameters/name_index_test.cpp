@@ -1,6 +1,5 @@
-// Lookups of both collection templates: the rules of each key form side by
-// side, indexed and sorted name lookups against a plain first-match scan after
-// random sequences of changes, and a name string changed in place.
+// Lookups of both collection templates: each key form's rules side by side, indexed and sorted name lookups
+// against a first-match scan after random changes, and a name string changed in place.
 #include "parameters/name_index.h"
 
 #include <gtest/gtest.h>
@@ -19,8 +18,8 @@ using namespace collection_test;
 
 constexpr int32_t kUntouched = -7;
 
-// A string that answers IString only, as a foreign module's might: it
-// cannot report changes of its text. Lives on the stack of its test.
+// A string that answers IString only, as a foreign module's might: it cannot report changes of its text. Lives
+// on the stack of its test.
 struct FixedString : IString {
   explicit FixedString(std::wstring initial) : text(std::move(initial)) {}
   HRESULT QueryInterface(const IID& iid, void** out) override {
@@ -44,10 +43,9 @@ Key Holding(const std::wstring& label, IUnknown* object) {
   return {L"variant holding " + label, SmartPtr<IUnknown>(MakeHolding(object).get())};
 }
 
-// The same items in a prefix collection, a whole-name collection and a
-// parameter set: five names (two equal but for case), then an unnamed item
-// whose object (the set: value) is `held`. The set's first and third
-// parameters carry `held` and `filler` as descriptors.
+// The same items in a prefix collection, a whole-name collection and a parameter set: five names (two equal but
+// for case), then an unnamed item whose object (the set: value) is `held`. The set's first and third parameters
+// carry `held` and `filler` as descriptors.
 TEST(LookupTest, KeyFormsInEachCollection) {
   SmartPtr<IInputParameter> filler = NewBinding(), held = NewBinding();
   SmartPtr<IParametersCreatable> set = NewParameters();
@@ -69,8 +67,7 @@ TEST(LookupTest, KeyFormsInEachCollection) {
       {Name(L"abc"), 0, 0, 0},
       {Name(L"a"), 0, 65535, -1},         // only the prefix collection takes part of a name
       {Name(L"abcd"), 65535, 65535, -1},  // an unknown name is 65535 in the collections
-      {Name(L""), 65535, 65535, -1},
-      {Name(L"\u00c9T\u00e9"), 4, 4, 4},
+      {Name(L""), 65535, 65535, -1}, {Name(L"\u00c9T\u00e9"), 4, 4, 4},
       {Name(L"\u00e9t\u00e9"), 65535, 65535, -1},  // only A-Z fold
       {{L"number 7", SmartPtr<IUnknown>(MakeLong(7).get())}, 7, 7, 7},  // the index itself, unchecked
       {{L"text variant X", SmartPtr<IUnknown>(MakeText(L"X").get())}, 2, 2, 2},
@@ -91,8 +88,8 @@ TEST(LookupTest, KeyFormsInEachCollection) {
   }
 }
 
-// Random keys and names, by default short ones over a few letters, so that
-// duplicates, case variants and prefixes of one another are frequent.
+// Random keys and names, by default short ones over a few letters, so that duplicates, case variants and
+// prefixes of one another are frequent.
 struct RandomNames {
   std::mt19937 random;
   std::wstring letters = L"aAbB_";
@@ -111,10 +108,9 @@ struct RandomNames {
 
 constexpr int kSteps = 1500;
 
-// Random changes, in-place edits of name texts among them, each followed by
-// lookups of random keys that must agree with a first-match scan of the
-// current names. A collection is sorted only in orders that leave its binary
-// search off (by length, descending, or by the caller's comparison).
+// Random changes, in-place edits of name texts among them, each followed by lookups of random keys that must
+// agree with a first-match scan of the current names. A collection is sorted only in orders that leave its
+// binary search off (by length, descending, or by the caller's comparison).
 template <class Collection>
 void RunRandomChanges(Collection* collection, bool whole, int32_t notFound, IUnknown* object, uint32_t seed) {
   constexpr bool kIsSet = std::is_base_of_v<IParameters, Collection>;
@@ -175,8 +171,7 @@ TEST(NameIndexTest, LookupsMatchScanAfterRandomChanges) {
   for (uint32_t seed : {6u, 7u, 8u}) RunRandomChanges(NewParameters().get(), true, -1, MakeLong(1).get(), seed);
 }
 
-// With unique names of one length, the binary search after a name sort must
-// find exactly what a scan finds.
+// With unique names of one length, the binary search after a name sort must find exactly what a scan finds.
 TEST(NameIndexTest, SortedBinarySearchMatchesScan) {
   SmartPtr<IInputParameter> object = NewBinding();
   RandomNames names{std::mt19937(20240611), L"abcdefghABCDEFGH_0", 4, 4};
@@ -204,9 +199,8 @@ TEST(NameIndexTest, SortedBinarySearchMatchesScan) {
   }
 }
 
-// A name string changed in place is not a rename, but every lookup answers from
-// the current texts (the randomized test edits framework strings in place); a
-// name that cannot report its changes is found by scanning.
+// A name string changed in place is not a rename, but every lookup answers from the current texts (the
+// randomized test edits framework strings in place); a name that cannot report its changes is scanned for.
 TEST(NameIndexTest, NameThatCannotReportChangesIsNeverAnsweredWrongly) {
   SmartPtr<IParametersCreatable> set = NewParameters();
   SmartPtr<ISuperCollection> collection = NewSuperCollection();

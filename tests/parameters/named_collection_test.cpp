@@ -1,8 +1,12 @@
-// Tests of the named collection through "SuperCollection" (prefix lookup) and
-// "InputParameters" (whole names). Key lookups are in name_index_test.
+// The named collection through "SuperCollection" (prefix lookup) and "InputParameters" (whole names), and
+// both collection templates' locks, alone and shared between threads. Key lookups: name_index_test.
 #include "parameters/named_collection.h"
 
 #include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
 
 #include "collection_test_support.h"
 
@@ -71,7 +75,7 @@ TEST_F(NamedCollectionTest, RemoveAndClearRelease) {
   EXPECT_EQ(NamesOf(collection.get()), (std::vector<std::wstring>{L"11", L"12"}));
   int32_t flags = 0;
   collection->get_ItemFlags(1, &flags);
-  EXPECT_EQ(flags, 12);
+  EXPECT_EQ(flags, 12) << "flags move with their item";
   const uint32_t before = RefCountOf(object.get());
   EXPECT_EQ(collection->CollectionClear(), S_OK);
   EXPECT_EQ(RefCountOf(object.get()), before - 2);
@@ -80,8 +84,7 @@ TEST_F(NamedCollectionTest, RemoveAndClearRelease) {
 
 TEST_F(NamedCollectionTest, SortOrders) {
   struct Case { int32_t flags; std::vector<std::wstring> expected; } cases[] = {
-      {0, {L"a", L"AA", L"b", L"ccc"}},
-      {kSortDescending, {L"ccc", L"b", L"AA", L"a"}},
+      {0, {L"a", L"AA", L"b", L"ccc"}}, {kSortDescending, {L"ccc", L"b", L"AA", L"a"}},
       {kSortByNameLength, {L"a", L"b", L"AA", L"ccc"}},
       {kSortByNameLength | kSortDescending, {L"ccc", L"AA", L"b", L"a"}},
   };
@@ -93,9 +96,8 @@ TEST_F(NamedCollectionTest, SortOrders) {
   }
 }
 
-// "afz" is not a prefix of any name, so a scan does not find it; the sorted
-// binary search stops at "af" because it compares only over the shorter
-// length. That answer shows whether the binary search is on.
+// "afz" is not a prefix of any name, so a scan does not find it; the sorted binary search stops at "af" because
+// it compares only over the shorter length. That answer shows whether the binary search is on.
 TEST_F(NamedCollectionTest, SortedModeFollowsAddRenameAndOrder) {
   const std::vector<std::wstring> names = {L"ak", L"aj", L"ai", L"ah", L"ag", L"af", L"ae", L"ad", L"ac", L"ab", L"aa"};
   AddNamed(collection.get(), names, object.get());
@@ -120,37 +122,16 @@ TEST_F(NamedCollectionTest, SortedModeFollowsAddRenameAndOrder) {
   AddNamed(exact.get(), names, NewBinding().get());
   exact->Sort(0, nullptr);
   exact->Remove(0);  // a removal keeps the binary search on
-  // With whole names, a stretch match of other length moves the bounds past mid;
-  // the tail scan's first prefix match of other length sets the index but fails.
+  // With whole names, a stretch match of other length moves the bounds past mid; the tail scan's first prefix
+  // match of other length sets the index but fails.
   int32_t index = -2;
   EXPECT_EQ(exact->get_Index(MakeString(L"a").get(), &index), E_FAIL);
   EXPECT_EQ(index, 0);
   EXPECT_EQ(IndexOfName(exact.get(), L"AG"), 5);
 }
 
-// Both templates lock the owner's recursive lock and keep a flag, not a depth;
-// they answer IsCollectionLocked with opposite senses.
-TEST(CollectionLockTest, LockSenseOfEachTemplate) {
-  struct Case { SmartPtr<INamedCollection> collection; HRESULT unlocked, locked; } cases[] = {
-      {SmartPtr<INamedCollection>(NewSuperCollection().get()), 1, 0},
-      {SmartPtr<INamedCollection>(NewParameters().get()), 0, 1},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(c.collection->IsCollectionLocked(), c.unlocked);
-    EXPECT_EQ(c.collection->CollectionLock(), S_OK);
-    EXPECT_EQ(c.collection->CollectionLock(), S_OK);
-    EXPECT_EQ(c.collection->IsCollectionLocked(), c.locked);
-    EXPECT_EQ(c.collection->CollectionUnlock(), S_OK);
-    EXPECT_EQ(c.collection->IsCollectionLocked(), c.unlocked);
-    EXPECT_EQ(c.collection->CollectionUnlock(), S_OK);
-  }
-  SmartPtr<ISuperCollection> collection = NewSuperCollection();
-  EXPECT_EQ(collection->cLock(), S_OK);  // with auto-locking off, cLock does nothing
-  EXPECT_EQ(collection->IsCollectionLocked(), 1);
-  EXPECT_EQ(collection->cUnlock(), S_OK);
-}
-
-TEST_F(NamedCollectionTest, ItemPartsAndBadArguments) {
+// Range checks and null out-pointers of every operation are in the bad-input test.
+TEST_F(NamedCollectionTest, ItemPartsAndRefusedItems) {
   EXPECT_EQ(collection->Add(MakeString(L"x").get(), nullptr, nullptr, 0), E_POINTER);
   SmartPtr<IInputParameters> exact = NewExactCollection();  // takes bindings only
   SmartPtr<IInputParameter> binding = NewBinding();
@@ -165,18 +146,79 @@ TEST_F(NamedCollectionTest, ItemPartsAndBadArguments) {
   AddNamed(collection.get(), {L"a"}, object.get());
   collection->Add(nullptr, object.get(), nullptr, 0);
   SmartPtr<IString> name;
-  EXPECT_EQ(collection->get_ItemName(1, name.Receive()), E_FAIL);
-  EXPECT_EQ(collection->get_ItemName(0, nullptr), E_POINTER);
+  EXPECT_EQ(collection->get_ItemName(1, name.Receive()), E_FAIL) << "unnamed";
   SmartPtr<IUnknown> attached;
   EXPECT_EQ(collection->get_ItemAttached(0, attached.Receive()), E_FAIL);
   EXPECT_EQ(collection->put_ItemAttached(0, object.get()), S_OK);
   EXPECT_EQ(collection->get_ItemAttached(0, attached.Receive()), S_OK);
   EXPECT_TRUE(SameObject(attached.get(), object.get()));
-  for (int32_t index : {-1, 2}) {
-    EXPECT_EQ(collection->get_ItemName(index, name.Receive()), E_INVALIDARG) << index;
-    EXPECT_EQ(collection->get_Item(index, item.Receive()), E_INVALIDARG) << index;
-    EXPECT_EQ(collection->Remove(index), E_INVALIDARG) << index;
-  }
+  EXPECT_EQ(collection->cLock(), S_OK);  // with auto-locking off, cLock does nothing
+  EXPECT_EQ(collection->IsCollectionLocked(), 1);
+  EXPECT_EQ(collection->cUnlock(), S_OK);
+}
+
+// Collections shared between threads: callers bracket their changes with CollectionLock/CollectionUnlock, and
+// while a caller holds the lock both templates must report it as locked, whatever the others do.
+constexpr int kThreads = 4;
+constexpr int kRounds = 3000;
+
+// Each thread adds kRounds items inside the lock, checking the lock report each time; `locked` is the
+// template's answer for "locked" (the two answer with opposite senses). The owner's lock is recursive, but the
+// report is a flag, not a depth: after two locks and one unlock it says unlocked.
+template <class Collection>
+void BracketAddsFromThreads(Collection* collection, IUnknown* object, HRESULT locked) {
+  const HRESULT unlocked = locked ? 0 : 1;
+  EXPECT_EQ(collection->IsCollectionLocked(), unlocked);
+  std::vector<std::thread> threads;
+  std::atomic<int> misreported{0};
+  for (int t = 0; t < kThreads; ++t)
+    threads.emplace_back([&] {
+      for (int i = 0; i < kRounds; ++i) {
+        collection->CollectionLock();
+        if (collection->IsCollectionLocked() != locked) ++misreported;
+        collection->Add(nullptr, object, nullptr, 0);
+        collection->CollectionUnlock();
+      }
+    });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(misreported, 0);
+  int32_t count = 0;
+  collection->get_Count(&count);
+  EXPECT_EQ(count, kThreads * kRounds) << "no add was lost";
+  EXPECT_EQ(collection->IsCollectionLocked(), unlocked) << "unlocked at the end";
+  collection->CollectionLock();
+  collection->CollectionLock();
+  collection->CollectionUnlock();
+  EXPECT_EQ(collection->IsCollectionLocked(), unlocked) << "a flag, not a depth";
+  collection->CollectionUnlock();
+}
+
+// Beside the writers, a reader that does not take the lock: the range check made before locking reads the count
+// while writers change it (well defined, and the answer is either a value or 0x80070057).
+TEST(CollectionThreads, ParameterSetReportsItsLockWhileHeld) {
+  SmartPtr<IParametersCreatable> set = NewParameters();
+  std::atomic<bool> writing{true};
+  std::atomic<int> wrongAnswers{0};
+  std::thread reader([&] {
+    while (writing) {
+      int32_t count = 0;
+      set->get_Count(&count);
+      SmartPtr<IVariant> value;
+      HRESULT result = set->get_ItemVariant(count, value.Receive());  // one past the end, unless an add came first
+      if (result != E_INVALIDARG && result != S_OK) ++wrongAnswers;
+      if (count > 0 && set->get_ItemVariant(count - 1, value.Receive()) != S_OK) ++wrongAnswers;
+    }
+  });
+  BracketAddsFromThreads(set.get(), MakeLong(1).get(), 1);
+  writing = false;
+  reader.join();
+  EXPECT_EQ(wrongAnswers, 0);
+}
+
+TEST(CollectionThreads, NamedCollectionReportsItsLockWhileHeld) {
+  SmartPtr<IInputParameter> item = NewBinding();
+  SmartPtr<IInputParameters> collection = NewExactCollection();
+  BracketAddsFromThreads(collection.get(), item.get(), 0);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Binary interface checks: record layouts per platform, the ELF files of the
-// built modules, and the symbols they export.
+// Binary interface checks: interface identities derived from names, record layouts per platform, the ELF files
+// of the built modules, and the symbols they export.
 #include <elf.h>
 #include <link.h>
 
@@ -11,8 +11,10 @@
 
 #include <gtest/gtest.h>
 
+#include "identities.h"
 #include "module_entry.h"
 #include "module_interfaces.h"
+#include "test_support.h"
 
 namespace {
 
@@ -50,8 +52,8 @@ bool ReadAt(std::ifstream& file, uint64_t offset, T* out, size_t count = 1) {
   return static_cast<bool>(file);
 }
 
-// Reads the ELF header and the exported symbols (defined, global or weak, visible
-// from outside; sorted) as the dynamic loader sees them; false when the file is not an ELF image.
+// Reads the ELF header and the exported symbols (defined, global or weak, visible from outside; sorted) as the
+// dynamic loader sees them; false when the file is not an ELF image.
 bool ReadElfImage(const std::string& path, ElfW(Ehdr)* header, std::vector<std::string>* exported) {
   std::ifstream file(path, std::ios::binary);
   if (!ReadAt(file, 0, header) || std::memcmp(header->e_ident, ELFMAG, SELFMAG) != 0 ||
@@ -96,6 +98,43 @@ TEST(ModuleBinaries, AreBuiltForThisPlatformAndExportOnlyTheEntryPoints) {
     EXPECT_EQ(header.e_flags & kPlatform.requiredFlags, kPlatform.requiredFlags);
     EXPECT_EQ(exported, entryPoints) << "InitializeModule has C++ linkage: only its decorated name exists";
   }
+}
+
+std::string Hex(const IID& iid) { return test_support::HexOf(iid.bytes, sizeof(iid.bytes)); }
+
+// The worked examples, and the named constants made by the same rule.
+TEST(Identity, WorkedExamples) {
+  struct Case { const char* name; const IID* constant; const char* bytes; } cases[] = {
+      {"IString", &IID_IString, " 69 52 99 DC 01 00 00 00 00 00 00 00 00 00 00 00"},
+      {"IObjectInfo", &IID_IObjectInfo, " E9 09 55 06 4D CE 3C 00 00 00 00 00 00 00 00 00"},
+      {"_ICollectionEvents", &IID__ICollectionEvents, " 3B 8D C7 58 19 34 3D 57 6C 71 74 02 00 00 00 00"},
+      {"", &IID_NULL, " 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"},
+      // "4" gives code 32: a sixth bit, the lowest bit of the next code's position.
+      {"4", nullptr, " 20 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Hex(__IIDOfc(c.name)), c.bytes) << c.name;
+    EXPECT_EQ(Hex(c.constant ? *c.constant : __IIDOfc(c.name)), c.bytes) << c.name << "'s constant";
+  }
+  EXPECT_EQ(Hex(IID_IUnknown), " 00 00 00 00 00 00 00 00 C0 00 00 00 00 00 00 46") << "the standard value";
+}
+
+// Pairs of names that the rule maps to the same identity, and pairs it must tell apart.
+TEST(Identity, Collisions) {
+  struct Case { const char* a; const char* b; bool same; } cases[] = {
+      {"IString", "ISTRING", true},                                        // case is ignored
+      {"IString", "istring", true},
+      {"I_X", "I9X", true},                                                // "_" and "9" share code 27
+      {"I5X", "I-X", true},                                                // 5-9 and punctuation share it too
+      {"ABCDEFGHIJKLMNOPQRSTUVWXY", "ABCDEFGHIJKLMNOPQRSTUVWXYZZZ", true},  // only 25 characters count
+      {"ABCDEFGHIJKLMNOPQRSTUVWXY", "ABCDEFGHIJKLMNOPQRSTUVWXZ", false},   // the 25th still counts
+      {"I0", "I1", false},                                                 // digits 0-4 have codes of their own
+      {"I4", "I9", false}, {"IString", "IStrinh", false},
+      {"4A", "4", true},    // A (1) only sets the bit the 4 already set
+      {"4B", "4C", true},   // B (2) and C (3) differ only in that bit
+      {"3B", "3C", false},  // 3 (31) has no sixth bit
+  };
+  for (const Case& c : cases) EXPECT_EQ(__IIDOfc(c.a) == __IIDOfc(c.b), c.same) << c.a << " vs " << c.b;
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
-// The exception boundary: every allocation an operation makes is failed in
-// turn (this program replaces the global operator new, which the loaded
-// modules use too); the operation must answer a result code, leave the
+// The exception boundary: every allocation an operation makes is failed in turn (this program replaces the
+// global operator new, which the loaded modules use too); the operation must answer a result code, leave the
 // collection as it was, and leak nothing.
 #include <gtest/gtest.h>
 
@@ -62,9 +61,8 @@ struct Operation {
   bool outOfMemoryAnswered;  // some failed allocation is answered 0x8007000E (others may be absorbed)
 };
 
-// For each allocation the operation makes, a run in which that one fails: the
-// operation either absorbs the failure (an index is dropped, a lookup scans)
-// and succeeds, or fails and leaves the collection as it was.
+// For each allocation the operation makes, a run in which that one fails: the operation either absorbs the
+// failure (an index is dropped, a lookup scans) and succeeds, or fails and leaves the collection as it was.
 template <class Collection>
 void FailEachAllocation(const Operation<Collection>& operation, const std::function<SmartPtr<Collection>()>& make) {
   bool outOfMemory = false;

@@ -1,6 +1,5 @@
-// First use of the framework from several threads at once, in a fresh
-// process: the kept collection and the components of strings, variants and
-// parameter sets are made once, and every thread gets working objects.
+// First use of the framework from several threads at once, in a fresh process: the kept collection and the
+// components of strings, variants and parameter sets are made once, and every thread gets working objects.
 #include <gtest/gtest.h>
 
 #include <atomic>

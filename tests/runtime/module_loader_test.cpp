@@ -1,7 +1,6 @@
-// Loading sibling modules, creation by class name through the global component
-// collection and the bootstrapping of strings and variants. (Keeping and
-// releasing the collection in InitializeModule is counted in the host tests;
-// making it once, in the first-use test.)
+// Loading sibling modules, creation by class name through the global component collection and the bootstrapping
+// of strings and variants. (Keeping and releasing the collection in InitializeModule is counted in the host
+// tests; making it once, in the first-use test.)
 #include <gtest/gtest.h>
 
 #include <string>
@@ -52,8 +51,7 @@ TEST(ModuleCreateFunction, FindsTheClassOrReportsAMissingModule) {
 TEST(CreateObject, ByClassNameThroughTheCollection) {
   InitializeModule(nullptr, nullptr);
   struct Case { const wchar_t* className; const IID* iid; bool created; } cases[] = {
-      {L"Variant", &IID_IVariant, true},
-      {L"NoSuchClass", &IID_IVariant, false},
+      {L"Variant", &IID_IVariant, true}, {L"NoSuchClass", &IID_IVariant, false},
       {L"Variant", &IID_IString, false},   // a variant is not a string
   };
   for (const Case& c : cases) {
@@ -65,8 +63,8 @@ TEST(CreateObject, ByClassNameThroughTheCollection) {
   EXPECT_TRUE(gGlobalComponentCollection);
 }
 
-// Strings and variants are made straight from CollectionsEx when no collection is kept, a new object on
-// each call; a component describes its class. A number buffer is made by class name.
+// Strings and variants are made straight from CollectionsEx when no collection is kept, a new object on each
+// call; a component describes its class. A number buffer is made by class name.
 TEST(Components, MakeStringsAndVariantsWithoutACollectionAndDescribeTheirClass) {
   InitializeModule(nullptr, nullptr);
   SmartPtr<ICreatableString> text = MakeString(L""), other = MakeString(L"");

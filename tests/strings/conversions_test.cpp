@@ -13,40 +13,31 @@ using namespace test_support;
 
 std::wstring Adopted(IString* string) { return TextOf(SmartPtr<IString>::Adopt(string)); }
 
-// A variant to format, by its type code: a long, a double or a text.
-struct Value { int32_t type; double number; std::wstring text; };
-Value Long(int32_t n) { return {kVariantInteger, static_cast<double>(n), L""}; }
-Value Double(double x) { return {kVariantReal, x, L""}; }
-Value Text(const wchar_t* text) { return {kVariantNotNumber, 0, text}; }
-SmartPtr<IVariant> Make(const Value& v) {
-  if (v.type == kVariantInteger) return MakeLong(static_cast<int32_t>(v.number));
-  return v.type == kVariantReal ? MakeDouble(v.number) : MakeText(v.text);
-}
-
 TEST(ISCreateVariantPrecision, NumbersAndPlainNumberTexts) {
-  struct Case { Value value; int16_t precision; std::wstring expected; } cases[] = {
+  struct Case { SmartPtr<IVariant> value; int16_t precision; std::wstring expected; } cases[] = {
       // Automatic decimals (-1): the fewest that leave no fraction, at most nine.
-      {Double(2.5), -1, L"2.5"}, {Double(3.0), -1, L"3"}, {Double(1.0 / 3.0), -1, L"0.333333333"},
-      {Double(-0.125), -1, L"-0.125"},
-      {Double(0.29), -1, L"0.290"},  // 0.29 * 100 falls just under 29, so one decimal more
+      {MakeDouble(2.5), -1, L"2.5"}, {MakeDouble(3.0), -1, L"3"}, {MakeDouble(1.0 / 3.0), -1, L"0.333333333"},
+      {MakeDouble(-0.125), -1, L"-0.125"},
+      {MakeDouble(0.29), -1, L"0.290"},  // 0.29 * 100 falls just under 29, so one decimal more
       // Fixed decimals, and the integer form of a long at precision 0 and -1.
-      {Double(2.5), 2, L"2.50"}, {Double(2.7), 0, L"3"}, {Long(7), 0, L"7"}, {Long(-42), -1, L"-42"},
-      {Long(7), 2, L"7.00"},
+      {MakeDouble(2.5), 2, L"2.50"}, {MakeDouble(2.7), 0, L"3"}, {MakeLong(7), 0, L"7"}, {MakeLong(-42), -1, L"-42"},
+      {MakeLong(7), 2, L"7.00"},
       // -16 gives the hexadecimal form; other precisions below -1 one byte in binary.
-      {Long(255), -16, L"#0000FF"}, {Double(2.9), -16, L"#000002"}, {Long(4660), -22, L"00010010"},
-      {Long(0x12345678), -42, L"00010010"}, {Long(0x12345678), -24, L"00010010"},
-      {Long(0x12345678), -32, L"00110100"}, {Long(0x12345678), -23, L"00110100"}, {Long(0x12345678), -5, L"01111000"},
+      {MakeLong(255), -16, L"#0000FF"}, {MakeDouble(2.9), -16, L"#000002"}, {MakeLong(4660), -22, L"00010010"},
+      {MakeLong(0x12345678), -42, L"00010010"}, {MakeLong(0x12345678), -24, L"00010010"},
+      {MakeLong(0x12345678), -32, L"00110100"}, {MakeLong(0x12345678), -23, L"00110100"},
+      {MakeLong(0x12345678), -5, L"01111000"},
       // A text that is a plain number is formatted as one; any other stays as it is.
-      {Text(L"000000042"), -1, L"42"},
-      {Text(L"0000000042"), -1, L"0000000042"},  // ten characters: stays a text
-      {Text(L"12.50"), -1, L"12.5"},
-      {Text(L"00000000007.5"), -1, L"7.5"},  // decimals have no length limit
-      {Text(L"7"), 2, L"7.00"}, {Text(L"12 apples"), -1, L"12"}, {Text(L"-"), -1, L"-"},
-      {Text(L"1.2.3"), -1, L"1.2.3"}, {Text(L"1e5"), -1, L"1e5"}, {Text(L" 5"), -1, L" 5"},
-      {Text(L"#FF"), -1, L"#FF"}, {Text(L""), -1, L""}};
+      {MakeText(L"000000042"), -1, L"42"},
+      {MakeText(L"0000000042"), -1, L"0000000042"},  // ten characters: stays a text
+      {MakeText(L"12.50"), -1, L"12.5"},
+      {MakeText(L"00000000007.5"), -1, L"7.5"},  // decimals have no length limit
+      {MakeText(L"7"), 2, L"7.00"}, {MakeText(L"12 apples"), -1, L"12"}, {MakeText(L"-"), -1, L"-"},
+      {MakeText(L"1.2.3"), -1, L"1.2.3"}, {MakeText(L"1e5"), -1, L"1e5"}, {MakeText(L" 5"), -1, L" 5"},
+      {MakeText(L"#FF"), -1, L"#FF"}, {MakeText(L""), -1, L""}};
   for (const Case& c : cases) {
-    EXPECT_EQ(c.expected, Adopted(ISCreate(Make(c.value).get(), c.precision)))
-        << "value " << c.value.number << " '" << c.value.text << "' precision " << c.precision;
+    EXPECT_EQ(c.expected, Adopted(ISCreate(c.value.get(), c.precision)))
+        << DescribeValue(c.value.get()) << " precision " << c.precision;
   }
   const std::wstring huge = Adopted(ISCreate(MakeDouble(1e300).get(), 2));  // printed in full
   EXPECT_EQ(304u, huge.size());
@@ -64,8 +55,8 @@ TEST(ISCreateVariant, TextOfEveryKind) {
   EXPECT_EQ(L"", Adopted(ISCreate(anonymous.get())));
 }
 
-// IVCreate holds the given string, and a text variant that is not a plain
-// number gives that string back itself, with a new reference.
+// IVCreate holds the given string, and a text variant that is not a plain number gives that string back itself,
+// with a new reference.
 TEST(IVCreate, TextVariantHoldsAndGivesTheSameString) {
   SmartPtr<ICreatableString> text = MakeString(L"0000000042");
   SmartPtr<IVariant> value = SmartPtr<IVariant>::Adopt(IVCreate(text.get()));

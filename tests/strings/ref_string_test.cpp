@@ -9,8 +9,8 @@ namespace {
 
 using namespace test_support;
 
-// Options of a cutting operation: advance, drop (or skip) the separator, and
-// one option of each operation, which share their bit.
+// Options of a cutting operation: advance, drop (or skip) the separator, and one option of each operation,
+// which share their bit.
 enum Option : int { kAdvance = 1, kDrop = 2, kWholeIfNone = 4, kControls = 4, kPunctuation = 4, kZeroSeparator = 4,
                     kEmptySet = 8 };
 enum Operation { kLine, kCRLF, kReverse, kRight, kCrop, kSplit, kFirstWord, kWord, kTrim };
@@ -143,8 +143,7 @@ class CTextStream : public CObjectImpl<CTextStream, IDataStream, IString> {
  public:
   static constexpr wchar_t kObjectName[] = L"TextStream";
   static constexpr InterfaceEntry<CTextStream> kInterfaces[] = {
-      {&IID_IDataStream, InterfaceOf<CTextStream, IDataStream>},
-      {&IID_IString, InterfaceOf<CTextStream, IString>},
+      {&IID_IDataStream, InterfaceOf<CTextStream, IDataStream>}, {&IID_IString, InterfaceOf<CTextStream, IString>},
   };
   HRESULT Write(const void*, int32_t) override { return E_NOTIMPL; }
   HRESULT Read(void*, int32_t, int32_t*) override { return E_NOTIMPL; }
