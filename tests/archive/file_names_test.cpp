@@ -4,29 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "../parameters/persistence_test_support.h"
 
 namespace {
 
 using namespace persistence_test;
-
-// Points the settings store at a file of the test's own for the test's duration.
-class SettingsFile {
- public:
-  explicit SettingsFile(const std::string& content) {
-    const char* previous = std::getenv("PARAMS_SETTINGS");
-    m_Previous = previous ? previous : "";
-    m_Path = ScratchFolder("settings") + "/Settings.ini";
-    WriteFile(m_Path, content);
-    setenv("PARAMS_SETTINGS", m_Path.c_str(), 1);
-  }
-  ~SettingsFile() { setenv("PARAMS_SETTINGS", m_Previous.c_str(), 1); }
-
- private:
-  std::string m_Path, m_Previous;
-};
 
 const char kSettings[] =
     "[Workspace]\nInstallPath=/opt/app\nAppPath=/home/user/app\n"
