@@ -18,7 +18,18 @@ namespace input_test {
 using namespace collection_test;
 
 inline SmartPtr<IInputParameters> NewInputs() { return CreateObjectAs<IInputParameters>(L"InputParameters"); }
-inline SmartPtr<IParametersCreatable> NewSet() { return CreateObjectAs<IParametersCreatable>(L"ParametersCreatable"); }
+inline SmartPtr<IParametersCreatable> NewSet() { return NewParameters(); }
+
+// A binding with the given fields; a null name stays unset.
+inline SmartPtr<IInputParameter> MakeBinding(const wchar_t* name, int32_t sourceIndex, const IID& iid,
+                                             IUnknown* source) {
+  SmartPtr<IInputParameter> binding = NewBinding();
+  if (name) binding->put_Name(MakeString(name).get());
+  binding->put_SourceIndex(sourceIndex);
+  binding->put_IID(iid);
+  binding->put_Source(source);
+  return binding;
+}
 
 inline SmartPtr<IDblVector> MakeNumbers(const std::vector<double>& numbers) {
   SmartPtr<IDblVector> vector = CreateObjectAs<IDblVector>(L"DblBuffer");
@@ -45,6 +56,12 @@ inline std::wstring Describe(IUnknown* object) {
   if (SmartPtr<IObjectInfo> info = QueryAs<IObjectInfo>(object)) info->GetName(0, &name);
   if (name.length == 0) return L"?";
   return L"c" + std::wstring(name.text, static_cast<size_t>(name.length));
+}
+
+inline SmartPtr<IInputParameter> InputAt(INamedCollection* inputs, int32_t index) {
+  SmartPtr<IUnknown> item;
+  inputs->get_Item(index, item.Receive());
+  return QueryAs<IInputParameter>(item.get());
 }
 
 inline std::wstring NameOf(IInputParameter* binding) {
