@@ -1,9 +1,9 @@
 // paramtool end to end: each command on the examples, its errors and exit codes, round trips and plots.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <pugixml.hpp>
@@ -40,31 +40,19 @@ class ParamtoolTest : public ::testing::Test {
   }
   void TearDown() override { fs::remove_all(m_Folder); }
 
-  // Runs paramtool in the temporary folder, so file arguments are relative to it.
+  // Runs paramtool in the temporary folder, so file arguments are relative to it (a cross build runs it
+  // through the same emulator CTest uses).
   ToolRun Tool(const std::vector<std::string>& args) const {
-    const fs::path out = m_Folder / ".stdout", err = m_Folder / ".stderr";
-    const pid_t child = fork();
-    if (child == 0) {
-      if (chdir(m_Folder.c_str()) != 0) _exit(127);
-      dup2(open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 1);
-      dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 2);
-      // A cross build runs the tool through the same emulator CTest uses.
-      const bool emulated = PARAMTOOL_EMULATOR[0] != '\0';
-      std::vector<char*> argv;
-      if (emulated) argv.push_back(const_cast<char*>(PARAMTOOL_EMULATOR));
-      argv.push_back(const_cast<char*>(PARAMTOOL_PATH));
-      for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
-      argv.push_back(nullptr);
-      execvp(argv[0], argv.data());
-      _exit(127);
-    }
-    ToolRun run;
-    int status = 0;
-    waitpid(child, &status, 0);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.out = ReadFile(out);
-    run.err = ReadFile(err);
-    return run;
+    std::string command = "cd " + Quoted(m_Folder) + " && " + PARAMTOOL_EMULATOR + " " + Quoted(PARAMTOOL_PATH);
+    for (const std::string& arg : args) command += " " + Quoted(arg);
+    const int status = std::system((command + " >.stdout 2>.stderr").c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(m_Folder / ".stdout"),
+            ReadFile(m_Folder / ".stderr")};
+  }
+  static std::string Quoted(const std::string& text) {
+    std::string quoted = "'";
+    for (char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
   }
 
   fs::path m_Folder;
