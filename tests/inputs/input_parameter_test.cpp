@@ -138,10 +138,10 @@ struct FetchCase {
 
 void ExpectFetches(IUnknown* source, const std::vector<FetchCase>& cases) {
   for (const FetchCase& c : cases) {
-    Fetched fetched = Fetch(MakeBinding(c.name, c.sourceIndex, c.iid, source).get());
     SCOPED_TRACE(testing::Message() << (c.name ? c.name : L"<unset>") << " [" << c.sourceIndex << "]");
-    EXPECT_EQ(fetched.result, c.result);
-    EXPECT_EQ(fetched.value, c.value);
+    SmartPtr<IUnknown> object;
+    EXPECT_EQ(MakeBinding(c.name, c.sourceIndex, c.iid, source)->get_Object(object.Receive()), c.result);
+    EXPECT_EQ(Describe(object.get()), c.value);
   }
 }
 

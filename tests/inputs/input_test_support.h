@@ -82,14 +82,6 @@ inline SmartPtr<IUnknown> SourceOf(IInputParameter* binding) {
   return source;
 }
 
-// The result of get_Object and a description of what it handed out.
-struct Fetched { HRESULT result; std::wstring value; };
-inline Fetched Fetch(IInputParameter* binding) {
-  SmartPtr<IUnknown> object;
-  HRESULT result = binding->get_Object(object.Receive());
-  return {result, Describe(object.get())};
-}
-
 // Plays whichever of a collection moniker, a host window and a UI node it is told to.
 class CDouble : public CObjectImpl<CDouble, ICollectionMoniker, IHostWindow, IUINode> {
  public:

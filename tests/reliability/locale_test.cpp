@@ -1,7 +1,6 @@
 // Numbers in texts, files and formulas keep the "C" conventions (a point as
 // decimal separator) while the host process runs under a German locale.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <clocale>
 
