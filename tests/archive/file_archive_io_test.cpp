@@ -21,10 +21,8 @@ class FileArchiveIOTest : public ::testing::Test {
  protected:
   std::wstring PathOf(const std::string& file) const { return Wide(m_Folder + "/" + file); }
 
-  struct Loaded {
-    HRESULT result;
-    std::wstring text;  // `length` characters (bytes in byte mode) as handed out
-  };
+  // The result and the `length` characters (bytes in byte mode) handed out.
+  struct Loaded { HRESULT result; std::wstring text; };
   Loaded LoadText(const std::string& bytes, int16_t mode, unsigned int limit) const {
     WriteFile(m_Folder + "/in.txt", bytes);
     void* data = nullptr;
@@ -45,14 +43,8 @@ class FileArchiveIOTest : public ::testing::Test {
 };
 
 TEST_F(FileArchiveIOTest, TextEncodingsAreDetectedAndBytesRead) {
-  struct Case {
-    const char* what;
-    std::string bytes;
-    int16_t mode;
-    HRESULT result;
-    std::wstring text;
-    unsigned int limit = 0;
-  };
+  struct Case { const char* what; std::string bytes; int16_t mode; HRESULT result; std::wstring text;
+                unsigned int limit = 0; };
   const std::string smile = "\xF0\x9F\x98\x80";
   const Case cases[] = {
       // UTF-16: the first unit always goes, the length stays count / 2.

@@ -102,11 +102,7 @@ TEST(FileArchiveTest, SavedXMLFileBytes) {
 
 TEST(FileArchiveTest, FormChosenByExtension) {
   const std::string folder = ScratchFolder("routing");
-  struct Case {
-    const char* file;
-    HRESULT result;
-    std::string start;  // the first bytes of the file written
-  };
+  struct Case { const char* file; HRESULT result; std::string start; };  // the first bytes written
   const Case cases[] = {
       {"a.xml", S_OK, "\xFF\xFE<\0"},  {"a.XLS", S_OK, "\xFF\xFE<\0"}, {"a.xsd", S_OK, "\xFF\xFE<\0"},
       {"a.tab", S_OK, "PFLD"},         {"a.txt", S_OK, "PFLD"},       {"a.INI", S_OK, "speed=3\n"},

@@ -57,13 +57,9 @@ TEST(FileNamesTest, UnmapsTags) {
 }
 
 TEST(FileNamesTest, RelativeAndAbsoluteNamesAreInverse) {
-  struct Case {
-    const wchar_t* base;
-    const wchar_t* name;
-    HRESULT code;
-    const wchar_t* relative;
-    const wchar_t* back = nullptr;  // the absolute name again, when it differs from `name`
-  };
+  // `back`: the absolute name again, when it differs from `name`.
+  struct Case { const wchar_t* base; const wchar_t* name; HRESULT code; const wchar_t* relative;
+                const wchar_t* back = nullptr; };
   const Case cases[] = {
       {L"/a/b/c/d", L"/a/b/x/y.xml", S_OK, L"..\\..\\x/y.xml"}, {L"/a/b", L"/a/b/d/e.xml", S_OK, L"d/e.xml"},
       {L"/A/B/c", L"/a/b/d/e", S_OK, L"..\\d/e", L"/A/B/d/e"},

@@ -14,11 +14,7 @@ class ParamHostTest : public ::testing::Test {
 };
 
 TEST_F(ParamHostTest, ParseKeepsNumbersAsNumbersAndTheRestAsText) {
-  struct Case {
-    const wchar_t* text;
-    Value::Kind kind;
-    std::wstring printed;
-  } cases[] = {
+  struct Case { const wchar_t* text; Value::Kind kind; std::wstring printed; } cases[] = {
       {L"12", Value::Kind::kInteger, L"12"},   {L"-0.5", Value::Kind::kReal, L"-0.5"},
       {L"1e3", Value::Kind::kReal, L"1000"},   {L".25", Value::Kind::kReal, L"0.25"},
       {L"inf", Value::Kind::kText, L"inf"},    {L"12abc", Value::Kind::kText, L"12abc"},

@@ -81,14 +81,8 @@ TEST(InputParameter, SetSourceChoosesTheItem) {
   SmartPtr<IDblVector> numbers = MakeNumbers({1, 2});
   auto set = [](const Items& items) { return AsUnknown(MakeSet(items)); };
   auto collection = [](const Items& items) { return AsUnknown(MakeCollection(items)); };
-  struct Case {
-    const char* what;
-    IID iid;
-    int32_t checkType;
-    SmartPtr<IUnknown> source;
-    HRESULT result;
-    std::wstring name;
-  } cases[] = {
+  struct Case { const char* what; IID iid; int32_t checkType; SmartPtr<IUnknown> source; HRESULT result;
+                std::wstring name; } cases[] = {
       {"untyped: text, then numbers", IID_NULL, 1,
        set({{L"a", text.get()}, {L"b", number.get()}, {L"c", number.get()}}), S_OK, L"b"},
       {"untyped: text only", IID_NULL, 1, set({{L"t", text.get()}}), S_OK, L"t"},
@@ -128,13 +122,8 @@ TEST(InputParameter, SetSourceChoosesTheItem) {
   EXPECT_EQ(binding->SetSource(binding.get(), 0), E_INVALIDARG) << "a binding never holds itself";
 }
 
-struct FetchCase {
-  const wchar_t* name;  // null: unset
-  int32_t sourceIndex;
-  IID iid;
-  HRESULT result;
-  std::wstring value;
-};
+// A binding named `name` (null: unset) fetching from a source: the result and what it handed out.
+struct FetchCase { const wchar_t* name; int32_t sourceIndex; IID iid; HRESULT result; std::wstring value; };
 
 void ExpectFetches(IUnknown* source, const std::vector<FetchCase>& cases) {
   for (const FetchCase& c : cases) {

@@ -17,11 +17,7 @@ using namespace persistence_test;
 constexpr HRESULT kNotOffered = 0x7FFFFFFF;
 
 // An operation at `index`; getters hand out into a null pointer when `nullOut`.
-struct Operation {
-  const char* name;
-  bool getter;
-  std::function<HRESULT(INamedCollection*, int32_t index, bool nullOut)> call;
-};
+struct Operation { const char* name; bool getter; std::function<HRESULT(INamedCollection*, int32_t, bool)> call; };
 
 template <class I, class Owner, class Out>
 Operation Get(const char* name, HRESULT (Owner::*get)(int32_t, Out*)) {

@@ -14,7 +14,7 @@ using namespace expression_test;
 class GermanLocale : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!std::setlocale(LC_ALL, "de_DE.UTF-8")) GTEST_SKIP() << "de_DE.UTF-8 is not installed (scripts/bootstrap makes it)";
+    if (!std::setlocale(LC_ALL, "de_DE.UTF-8")) GTEST_SKIP() << "de_DE.UTF-8 is missing (scripts/bootstrap makes it)";
     ASSERT_STREQ(std::localeconv()->decimal_point, ",") << "the locale really uses a comma";
   }
   void TearDown() override { std::setlocale(LC_ALL, "C"); }
@@ -23,8 +23,10 @@ class GermanLocale : public ::testing::Test {
 TEST_F(GermanLocale, NumbersAreWrittenAndReadWithAPoint) {
   struct Written { double value; int16_t precision; std::wstring expected; } written[] = {
       {2.5, -1, L"2.5"}, {0.125, 3, L"0.125"}, {-1234.5, 1, L"-1234.5"}, {1e20, 2, L"100000000000000000000.00"}};
-  for (const Written& c : written)
-    EXPECT_EQ(TextOf(SmartPtr<IString>::Adopt(ISCreate(MakeDouble(c.value).get(), c.precision))), c.expected) << c.value;
+  for (const Written& c : written) {
+    EXPECT_EQ(TextOf(SmartPtr<IString>::Adopt(ISCreate(MakeDouble(c.value).get(), c.precision))), c.expected)
+        << c.value;
+  }
   struct Read { std::wstring text; double expected; } read[] = {{L"3.25", 3.25}, {L"-0.5", -0.5}, {L"2,5", 2}};
   for (const Read& c : read) EXPECT_EQ(_IS2Double(ViewOf(c.text)), c.expected) << c.text;  // a comma ends the number
   const std::wstring text = L"0.75";

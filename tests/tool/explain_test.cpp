@@ -27,11 +27,8 @@ std::wstring Nested(int depth) { return std::wstring(depth, L'(') + L"1" + std::
 // Every operand kind and every pitfall: the explanation's value (worked out by
 // hand) is the module's, and exactly the expected pitfall is warned about.
 TEST(FormulaExplanation, AgreesWithTheModuleAndWarnsOfEachPitfall) {
-  struct PitfallCase {
-    std::wstring formula;
-    double expected;
-    std::optional<PitfallKind> pitfall;  // none: the formula reads cleanly
-  };
+  // No pitfall: the formula reads cleanly.
+  struct PitfallCase { std::wstring formula; double expected; std::optional<PitfallKind> pitfall; };
   const PitfallCase cases[] = {
       {L"2+3*4", 20, PitfallKind::kNoPrecedence}, {L"2+(3*4)", 14, std::nullopt},
       {L"Max(1+5, 9)", 6, PitfallKind::kArgumentNotSingleOperand}, {L"Max((1+5), 9)", 9, std::nullopt},

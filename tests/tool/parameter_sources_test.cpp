@@ -37,10 +37,7 @@ TEST(ParameterSourcesTest, LaterSourcesOverrideAndOriginsFollow) {
 }
 
 TEST(SplitAssignmentsTest, NameThenEqualsIsAnAssignment) {
-  struct Case {
-    const char* word;
-    bool assignment;
-  } cases[] = {
+  struct Case { const char* word; bool assignment; } cases[] = {
       {"a=1", true}, {"a_b2=x y", true}, {"Speed=", true}, {"a==1", false}, {"=5", false},
       {"2+3", false}, {"Max(a=1)", false}, {"a b=1", false}, {"a>=1", false},
   };

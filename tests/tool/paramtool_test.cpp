@@ -15,10 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct ToolRun {
-  int status = -1;
-  std::string out, err;
-};
+struct ToolRun { int status = -1; std::string out, err; };
 
 std::string ReadFile(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
@@ -58,11 +55,7 @@ class ParamtoolTest : public ::testing::Test {
   fs::path m_Folder;
 };
 
-struct OutputCase {
-  std::vector<std::string> args;
-  int status;
-  std::string expected;  // found in standard output
-};
+struct OutputCase { std::vector<std::string> args; int status; std::string expected; };  // found in stdout
 
 TEST_F(ParamtoolTest, CommandsOnTheExamples) {
   WriteFile(m_Folder / "override.ini", "Torque=50\n");
@@ -98,10 +91,7 @@ TEST_F(ParamtoolTest, CommandsOnTheExamples) {
   }
 }
 
-struct ErrorCase {
-  std::vector<std::string> args;
-  std::string message;  // the whole of standard error
-};
+struct ErrorCase { std::vector<std::string> args; std::string message; };  // the whole of standard error
 
 TEST_F(ParamtoolTest, ErrorsAreOneLineWithExitStatusTwoAndLoseNoData) {
   WriteFile(m_Folder / "bad.xml", "<?xml version=\"1.0\"?>\n<m>\n  <a>1</a>\n  <b>2</c>\n</m>\n");
