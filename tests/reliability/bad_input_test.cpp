@@ -45,6 +45,7 @@ std::vector<Operation> Operations() {
   using C = INamedCollection;
   using S = ISuperCollection;
   using P = IParameters;
+  using I = IInputParameters;
   return {
       Get<C>("get_Item", &C::get_Item), Get<C>("get_ItemName", &C::get_ItemName),
       Put<C>("Rename", [](C* c, int32_t i) { return c->Rename(i, MakeString(L"r").get()); }),
@@ -60,6 +61,8 @@ std::vector<Operation> Operations() {
       Put<P>("put_ItemFlags", [](P* p, int32_t i) { return p->put_ItemFlags(i, 1); }),
       Put<P>("Remove", [](P* p, int32_t i) { return p->Remove(i); }),
       Put<P>("Iterate", [](P* p, int32_t i) { return p->Iterate(i, nullptr, nullptr, nullptr, nullptr); }),
+      Put<I>("SetInput", [](I* c, int32_t i) { return c->SetInput(i, c); }),
+      Put<I>("Remove", [](I* c, int32_t i) { return c->Remove(i); }),
   };
 }
 
