@@ -1,6 +1,6 @@
 // Objects shared between threads: lock brackets with the NOLOCK operations
-// inside, bindings reading each other's sets, and a module initialised once
-// whose formulas then read one set from several threads.
+// inside and bindings reading each other's sets. (A module used from several
+// threads after the host initialised it is in the host tests.)
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -11,7 +11,6 @@
 #include <thread>
 #include <vector>
 
-#include "host/host_support.h"
 #include "parameters/persistence_test_support.h"
 
 namespace {
@@ -83,33 +82,6 @@ TEST(Concurrency, SetsBoundToEachOtherReadFromSeveralThreads) {
   });
   EXPECT_EQ(wrong, 0);
   for (IParameters* set : {a.get(), b.get()}) set->put_ItemDescriptor(0, nullptr);  // break the reference cycle
-}
-
-// The module loaded and initialised once by the host, then used from several
-// threads: each makes its own formulas through the module's creation function
-// and evaluates them against one shared set.
-TEST(Concurrency, ModuleInitialisedThenUsedFromThreads) {
-  LoadedModule parameters = Load("Parameters.so");
-  ASSERT_TRUE(parameters.createFunction && parameters.initialize);
-  SmartPtr<IComponentCollection> collection =
-      CreateFromModule<IComponentCollection>(Load("CollectionsEx.so"), L"GlobalComponentCollection");
-  ASSERT_TRUE(collection);
-  ASSERT_EQ(parameters.initialize(nullptr, collection.get()), 0);
-  SmartPtr<IParametersCreatable> set = SetOf({{L"width", MakeDouble(2.5)}, {L"height", MakeLong(4)}});
-  std::atomic<int> wrong{0};
-  OnThreads([&](int t) {
-    for (int i = 0; i < kRounds / 20; ++i) {
-      SmartPtr<IExpression> expression = CreateFromModule<IExpression>(parameters, L"Expression");
-      const std::wstring formula = L"width*height+" + std::to_wstring(t) + L"+" + std::to_wstring(i);
-      SmartPtr<IVariant> value;
-      if (!expression || expression->put_Expression(View(formula.c_str())) < 0 ||
-          expression->Evaluate(set.get()) != S_OK || expression->get_Value(value.Receive()) != S_OK ||
-          value->GetDouble() != 10.0 + t + i)
-        ++wrong;
-    }
-  });
-  EXPECT_EQ(wrong, 0);
-  EXPECT_EQ(parameters.initialize(nullptr, nullptr), 0);
 }
 
 }  // namespace
