@@ -127,7 +127,6 @@ TEST(FileArchiveTest, FormChosenByExtension) {
         << c.file;
     EXPECT_EQ(Setting(archive.get(), 1), c.result == S_OK ? 1 : 0) << c.file;
   }
-
 }
 
 TEST(FileArchiveTest, FailedLoadLeavesTheSetAsItWas) {

@@ -77,7 +77,7 @@ SmartPtr<IInputParameter> BoundBefore(const IID& iid) { return MakeBinding(L"old
 // without objects and any collection are searched item by item.
 TEST(InputParameter, SetSourceChoosesTheItem) {
   SmartPtr<IVariant> text = MakeText(L"x"), number = MakeLong(5);
-  SmartPtr<IParametersCreatable> object = NewSet();
+  SmartPtr<IParametersCreatable> object = NewParameters();
   SmartPtr<IDblVector> numbers = MakeNumbers({1, 2});
   auto set = [](const Items& items) { return AsUnknown(MakeSet(items)); };
   auto collection = [](const Items& items) { return AsUnknown(MakeCollection(items)); };
@@ -145,7 +145,7 @@ TEST(InputParameter, FetchesFromAParameterSet) {
   SmartPtr<IParametersCreatable> set = MakeSet({{L"a", MakeLong(1).get()}, {L"b", MakeDouble(2.5).get()},
                                                 {L"c", MakeText(L"x").get()}, {L"vec", fives.get()},
                                                 {L"list", list.get()}, {L"node", node.get()},
-                                                {L"host", host.get()}, {L"other", NewSet().get()}});
+                                                {L"host", host.get()}, {L"other", NewParameters().get()}});
   ExpectFetches(set.get(), {
       {L"a", 0, IID_NULL, 0, L"i1"}, {L"B", 0, IID_NULL, 1, L"r2.5"}, {L"vec", 0, IID_NULL, 3, L"cDblBuffer"},
       {L"list", 0, IID_NULL, 4, L"cSuperCollection"}, {L"vec", 2, IID_NULL, 0, L"r20"},
@@ -169,7 +169,7 @@ TEST(InputParameter, FetchesFromACollectionOrThePlainSource) {
   SmartPtr<IDblVector> numbers = MakeNumbers({1, 2, 3});
   SmartPtr<ISuperCollection> list = MakeCollection({{L"e1", MakeLong(7).get()}, {L"e2", MakeLong(8).get()}});
   SmartPtr<ISuperCollection> collection =
-      MakeCollection({{L"x", NewSet().get()}, {L"yield", numbers.get()}, {L"list", list.get()}});
+      MakeCollection({{L"x", NewParameters().get()}, {L"yield", numbers.get()}, {L"list", list.get()}});
   ExpectFetches(collection.get(), {
       {L"yield", 0, IID_NULL, 0, L"cDblBuffer"},
       {L"YI", 0, IID_NULL, 0, L"cDblBuffer"},  // the collection finds names by prefix
@@ -202,7 +202,7 @@ TEST(InputParameter, ParameterSetsReadTheBoundValue) {
   SmartPtr<IInputParameter> binding = NewBinding();
   ASSERT_EQ(binding->SetSource(source.get(), 0), S_OK);
   EXPECT_EQ(NameOf(binding.get()), L"speed");
-  SmartPtr<IParametersCreatable> reader = NewSet();
+  SmartPtr<IParametersCreatable> reader = NewParameters();
   reader->Add(MakeString(L"v").get(), MakeLong(-1).get(), binding.get(), 0);
   SmartPtr<IVariant> value;
   EXPECT_EQ(reader->get_ItemVariant(0, value.Receive()), S_FALSE);

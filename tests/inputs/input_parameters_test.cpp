@@ -30,7 +30,7 @@ TEST(InputParameters, DeclaresAndAddsInputs) {
   ASSERT_EQ(table->Create(MakeString(L"speed").get(), IID_IDblVector, 3), S_OK);
   ASSERT_EQ(inputs->Create(MakeString(L"speed").get(), IID_NULL, 0), S_OK);
   SmartPtr<IInputParameter> existing = NewBinding();
-  SmartPtr<IParametersCreatable> set = NewSet();
+  SmartPtr<IParametersCreatable> set = NewParameters();
   SmartPtr<IInputParameter> verified;
   // Add(name, binding); Add(name, null); VerifyInterface of null, of a set, into null; GetInput past the end.
   const HRESULT results[] = {

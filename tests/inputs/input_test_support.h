@@ -18,7 +18,6 @@ namespace input_test {
 using namespace collection_test;
 
 inline SmartPtr<IInputParameters> NewInputs() { return CreateObjectAs<IInputParameters>(L"InputParameters"); }
-inline SmartPtr<IParametersCreatable> NewSet() { return NewParameters(); }
 
 // A binding with the given fields; a null name stays unset.
 inline SmartPtr<IInputParameter> MakeBinding(const wchar_t* name, int32_t sourceIndex, const IID& iid,
