@@ -4,29 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "../parameters/persistence_test_support.h"
 
 namespace {
 
 using namespace persistence_test;
-
-// Points the settings store at a file of the test's own for the test's duration.
-class SettingsFile {
- public:
-  explicit SettingsFile(const std::string& content) {
-    const char* previous = std::getenv("PARAMS_SETTINGS");
-    m_Previous = previous ? previous : "";
-    m_Path = ScratchFolder("settings") + "/Settings.ini";
-    WriteFile(m_Path, content);
-    setenv("PARAMS_SETTINGS", m_Path.c_str(), 1);
-  }
-  ~SettingsFile() { setenv("PARAMS_SETTINGS", m_Previous.c_str(), 1); }
-
- private:
-  std::string m_Path, m_Previous;
-};
 
 const char kSettings[] =
     "[Workspace]\nInstallPath=/opt/app\nAppPath=/home/user/app\n"
@@ -75,13 +57,9 @@ TEST(FileNamesTest, UnmapsTags) {
 }
 
 TEST(FileNamesTest, RelativeAndAbsoluteNamesAreInverse) {
-  struct Case {
-    const wchar_t* base;
-    const wchar_t* name;
-    HRESULT code;
-    const wchar_t* relative;
-    const wchar_t* back = nullptr;  // the absolute name again, when it differs from `name`
-  };
+  // `back`: the absolute name again, when it differs from `name`.
+  struct Case { const wchar_t* base; const wchar_t* name; HRESULT code; const wchar_t* relative;
+                const wchar_t* back = nullptr; };
   const Case cases[] = {
       {L"/a/b/c/d", L"/a/b/x/y.xml", S_OK, L"..\\..\\x/y.xml"}, {L"/a/b", L"/a/b/d/e.xml", S_OK, L"d/e.xml"},
       {L"/A/B/c", L"/a/b/d/e", S_OK, L"..\\d/e", L"/A/B/d/e"},

@@ -1,12 +1,10 @@
 // The input binding as a host uses it: accessors, the choice of item in
 // SetSource, the three paths of get_Object with element selection and
-// interface resolution, values read through parameter sets, cycles of
-// bindings and concurrent fetches.
+// interface resolution, values read through parameter sets and cycles of
+// bindings.
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <cstring>
-#include <thread>
 
 #include "input_test_support.h"
 
@@ -71,13 +69,7 @@ TEST(InputParameter, AnswersItsIdentitiesAndKeepsItsOwnTableOrder) {
 }
 
 // A binding that was bound before: name "old", element 4.
-SmartPtr<IInputParameter> BoundBefore(const IID& iid) {
-  SmartPtr<IInputParameter> binding = NewBinding();
-  binding->put_Name(MakeString(L"old").get());
-  binding->put_SourceIndex(4);
-  binding->put_IID(iid);
-  return binding;
-}
+SmartPtr<IInputParameter> BoundBefore(const IID& iid) { return MakeBinding(L"old", 4, iid, nullptr); }
 
 // Untyped (IID_NULL): the first item holding a number, else item 0; an empty
 // set or a source that is no set keeps the name and element. Typed: the source
@@ -85,55 +77,43 @@ SmartPtr<IInputParameter> BoundBefore(const IID& iid) {
 // without objects and any collection are searched item by item.
 TEST(InputParameter, SetSourceChoosesTheItem) {
   SmartPtr<IVariant> text = MakeText(L"x"), number = MakeLong(5);
-  SmartPtr<IParametersCreatable> object = NewSet();
+  SmartPtr<IParametersCreatable> object = NewParameters();
   SmartPtr<IDblVector> numbers = MakeNumbers({1, 2});
-  struct Case {
-    const char* what;
-    IID iid;
-    int32_t checkType;
-    bool collection;  // the items in a SuperCollection instead of a parameter set
-    Items items;
-    HRESULT result;
-    std::wstring name;
-  } cases[] = {
-      {"untyped: text, then numbers", IID_NULL, 1, false,
-       {{L"a", text.get()}, {L"b", number.get()}, {L"c", number.get()}}, S_OK, L"b"},
-      {"untyped: text only", IID_NULL, 1, false, {{L"t", text.get()}}, S_OK, L"t"},
-      {"untyped: empty set", IID_NULL, 1, false, {}, S_OK, L"old"},
-      {"first object has the wrong type", IID_IDblVector, 1, false,
-       {{L"n", number.get()}, {L"s", object.get()}, {L"v", numbers.get()}}, S_OK, L"old"},
-      {"unchecked: the first object", IID_IDblVector, 0, false,
-       {{L"n", number.get()}, {L"s", object.get()}, {L"v", numbers.get()}}, S_OK, L"s"},
-      {"first object qualifies", IID_IDblVector, 1, false, {{L"n", number.get()}, {L"v", numbers.get()}}, S_OK, L"v"},
-      {"a plain value is wanted", IID_IVariant, 1, false, {{L"t", text.get()}, {L"n", number.get()}}, S_OK, L"t"},
-      {"no object, checked", IID_IDblVector, 1, false, {{L"n", number.get()}}, E_FAIL, L"old"},
-      {"no object, unchecked: item 0", IID_IDblVector, 0, false, {{L"n", number.get()}}, S_OK, L"n"},
-      {"the source itself answers", IID_IParameters, 1, false, {{L"n", number.get()}}, S_OK, L"<unset>"},
-      {"collection, checked", IID_IDblVector, 1, true, {{L"a", object.get()}, {L"b", numbers.get()}}, S_OK, L"b"},
-      {"collection, unchecked", IID_IDblVector, 0, true, {{L"a", object.get()}, {L"b", numbers.get()}}, S_OK, L"a"},
-      {"collection, none qualifies", IID_IExpression, 1, true, {{L"a", object.get()}}, E_FAIL, L"old"},
+  auto set = [](const Items& items) { return AsUnknown(MakeSet(items)); };
+  auto collection = [](const Items& items) { return AsUnknown(MakeCollection(items)); };
+  struct Case { const char* what; IID iid; int32_t checkType; SmartPtr<IUnknown> source; HRESULT result;
+                std::wstring name; } cases[] = {
+      {"untyped: text, then numbers", IID_NULL, 1,
+       set({{L"a", text.get()}, {L"b", number.get()}, {L"c", number.get()}}), S_OK, L"b"},
+      {"untyped: text only", IID_NULL, 1, set({{L"t", text.get()}}), S_OK, L"t"},
+      {"untyped: empty set", IID_NULL, 1, set({}), S_OK, L"old"},
+      {"untyped: no set", IID_NULL, 1, AsUnknown(numbers), S_OK, L"old"},
+      {"first object has the wrong type", IID_IDblVector, 1,
+       set({{L"n", number.get()}, {L"s", object.get()}, {L"v", numbers.get()}}), S_OK, L"old"},
+      {"unchecked: the first object", IID_IDblVector, 0,
+       set({{L"n", number.get()}, {L"s", object.get()}, {L"v", numbers.get()}}), S_OK, L"s"},
+      {"first object qualifies", IID_IDblVector, 1, set({{L"n", number.get()}, {L"v", numbers.get()}}), S_OK, L"v"},
+      {"a plain value is wanted", IID_IVariant, 1, set({{L"t", text.get()}, {L"n", number.get()}}), S_OK, L"t"},
+      {"no object, checked", IID_IDblVector, 1, set({{L"n", number.get()}}), E_FAIL, L"old"},
+      {"no object, unchecked: item 0", IID_IDblVector, 0, set({{L"n", number.get()}}), S_OK, L"n"},
+      {"the source itself answers", IID_IParameters, 1, set({{L"n", number.get()}}), S_OK, L"<unset>"},
+      {"collection, checked", IID_IDblVector, 1, collection({{L"a", object.get()}, {L"b", numbers.get()}}), S_OK, L"b"},
+      {"collection, unchecked", IID_IDblVector, 0, collection({{L"a", object.get()}, {L"b", numbers.get()}}), S_OK,
+       L"a"},
+      {"collection, none qualifies", IID_IExpression, 1, collection({{L"a", object.get()}}), E_FAIL, L"old"},
+      {"null source", IID_IDblVector, 1, SmartPtr<IUnknown>(), E_FAIL, L"old"},
+      {"answers none of the interfaces", IID_IDblVector, 1, MakeStandIn(0, nullptr), E_FAIL, L"old"},
+      {"answers through its container", IID_IDblVector, 1, MakeStandIn(CDouble::kMoniker, numbers.get()), S_OK,
+       L"<unset>"},
   };
   for (const Case& c : cases) {
     SmartPtr<IInputParameter> binding = BoundBefore(c.iid);
-    SmartPtr<IUnknown> source = c.collection ? AsUnknown(MakeCollection(c.items)) : AsUnknown(MakeSet(c.items));
-    EXPECT_EQ(binding->SetSource(source.get(), c.checkType), c.result) << c.what;
+    EXPECT_EQ(binding->SetSource(c.source.get(), c.checkType), c.result) << c.what;
     EXPECT_EQ(NameOf(binding.get()), c.name) << c.what;
     EXPECT_EQ(SourceIndexOf(binding.get()), c.name == L"old" ? 4 : 0) << c.what;
     if (c.iid == IID_NULL) {
-      EXPECT_TRUE(SourceOf(binding.get()) == source.get()) << c.what;
+      EXPECT_TRUE(SourceOf(binding.get()) == c.source.get()) << c.what;
     }
-  }
-  struct Odd { const char* what; IID iid; SmartPtr<IUnknown> source; HRESULT result; std::wstring name; } odd[] = {
-      {"untyped: no set", IID_NULL, AsUnknown(numbers), S_OK, L"old"},
-      {"null source", IID_IDblVector, SmartPtr<IUnknown>(), E_FAIL, L"old"},
-      {"answers none of the interfaces", IID_IDblVector, MakeStandIn(0, nullptr), E_FAIL, L"old"},
-      {"answers through its container", IID_IDblVector, MakeStandIn(CDouble::kMoniker, numbers.get()), S_OK,
-       L"<unset>"},
-  };
-  for (const Odd& c : odd) {
-    SmartPtr<IInputParameter> binding = BoundBefore(c.iid);
-    EXPECT_EQ(binding->SetSource(c.source.get(), 1), c.result) << c.what;
-    EXPECT_EQ(NameOf(binding.get()), c.name) << c.what;
   }
   SmartPtr<IInputParameter> binding = BoundBefore(IID_NULL);
   binding->SetSource(numbers.get(), 0);
@@ -142,25 +122,15 @@ TEST(InputParameter, SetSourceChoosesTheItem) {
   EXPECT_EQ(binding->SetSource(binding.get(), 0), E_INVALIDARG) << "a binding never holds itself";
 }
 
-struct FetchCase {
-  const char* name;  // null: unset
-  int32_t sourceIndex;
-  IID iid;
-  HRESULT result;
-  std::wstring value;
-};
+// A binding named `name` (null: unset) fetching from a source: the result and what it handed out.
+struct FetchCase { const wchar_t* name; int32_t sourceIndex; IID iid; HRESULT result; std::wstring value; };
 
 void ExpectFetches(IUnknown* source, const std::vector<FetchCase>& cases) {
   for (const FetchCase& c : cases) {
-    SmartPtr<IInputParameter> binding = NewBinding();
-    binding->put_Source(source);
-    if (c.name) binding->put_Name(MakeString(std::wstring(c.name, c.name + strlen(c.name))).get());
-    binding->put_SourceIndex(c.sourceIndex);
-    binding->put_IID(c.iid);
-    Fetched fetched = Fetch(binding.get());
-    SCOPED_TRACE(testing::Message() << (c.name ? c.name : "<unset>") << " [" << c.sourceIndex << "]");
-    EXPECT_EQ(fetched.result, c.result);
-    EXPECT_EQ(fetched.value, c.value);
+    SCOPED_TRACE(testing::Message() << (c.name ? c.name : L"<unset>") << " [" << c.sourceIndex << "]");
+    SmartPtr<IUnknown> object;
+    EXPECT_EQ(MakeBinding(c.name, c.sourceIndex, c.iid, source)->get_Object(object.Receive()), c.result);
+    EXPECT_EQ(Describe(object.get()), c.value);
   }
 }
 
@@ -175,28 +145,22 @@ TEST(InputParameter, FetchesFromAParameterSet) {
   SmartPtr<IParametersCreatable> set = MakeSet({{L"a", MakeLong(1).get()}, {L"b", MakeDouble(2.5).get()},
                                                 {L"c", MakeText(L"x").get()}, {L"vec", fives.get()},
                                                 {L"list", list.get()}, {L"node", node.get()},
-                                                {L"host", host.get()}, {L"other", NewSet().get()}});
+                                                {L"host", host.get()}, {L"other", NewParameters().get()}});
   ExpectFetches(set.get(), {
-      {"a", 0, IID_NULL, 0, L"i1"},
-      {"B", 0, IID_NULL, 1, L"r2.5"},
-      {"vec", 0, IID_NULL, 3, L"cDblBuffer"},
-      {"list", 0, IID_NULL, 4, L"cSuperCollection"},
-      {"vec", 2, IID_NULL, 0, L"r20"},
-      {"vec", 5, IID_NULL, 0, L"r50"},
-      {"vec", -1, IID_NULL, E_INVALIDARG, L"<none>"},  // count - (-1) = 6: past the end (intended)
-      {"vec", INT32_MIN, IID_NULL, E_INVALIDARG, L"<none>"},
-      {"list", 1, IID_NULL, 0, L"i7"},
-      {"list", -1, IID_NULL, 0, L"i9"},
-      {"list", -4, IID_NULL, E_INVALIDARG, L"<none>"},
-      {"other", 0, IID_IParameters, 0, L"cParametersCreatable"},
-      {"list", 0, IID_IExpression, 0, L"cSuperCollection"},  // nothing answers: unconverted
-      {"node", 0, IID_IDblVector, 0, L"cDblBuffer"},          // the node's object
-      {"node", 2, IID_IDblVector, 0, L"cDblBuffer"},          // a node is no vector: no selection first
-      {"node", 2, IID_IExpression, 0, L"r7"},                 // the node's object as a vector, element 2
-      {"host", 0, IID_IDblVector, 0, L"cDblBuffer"},          // the host window's object
-      {"missing", 0, IID_NULL, 0, L"cParametersCreatable"},   // not in the set: the source itself
-      {"missing", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"},
-      {nullptr, 0, IID_NULL, E_ITEMNOTFOUND, L"<none>"},
+      {L"a", 0, IID_NULL, 0, L"i1"}, {L"B", 0, IID_NULL, 1, L"r2.5"}, {L"vec", 0, IID_NULL, 3, L"cDblBuffer"},
+      {L"list", 0, IID_NULL, 4, L"cSuperCollection"}, {L"vec", 2, IID_NULL, 0, L"r20"},
+      {L"vec", 5, IID_NULL, 0, L"r50"},
+      {L"vec", -1, IID_NULL, E_INVALIDARG, L"<none>"},  // count - (-1) = 6: past the end (intended)
+      {L"vec", INT32_MIN, IID_NULL, E_INVALIDARG, L"<none>"}, {L"list", 1, IID_NULL, 0, L"i7"},
+      {L"list", -1, IID_NULL, 0, L"i9"}, {L"list", -4, IID_NULL, E_INVALIDARG, L"<none>"},
+      {L"other", 0, IID_IParameters, 0, L"cParametersCreatable"},
+      {L"list", 0, IID_IExpression, 0, L"cSuperCollection"},  // nothing answers: unconverted
+      {L"node", 0, IID_IDblVector, 0, L"cDblBuffer"},          // the node's object
+      {L"node", 2, IID_IDblVector, 0, L"cDblBuffer"},          // a node is no vector: no selection first
+      {L"node", 2, IID_IExpression, 0, L"r7"},                 // the node's object as a vector, element 2
+      {L"host", 0, IID_IDblVector, 0, L"cDblBuffer"},          // the host window's object
+      {L"missing", 0, IID_NULL, 0, L"cParametersCreatable"},   // not in the set: the source itself
+      {L"missing", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"}, {nullptr, 0, IID_NULL, E_ITEMNOTFOUND, L"<none>"},
   });
 }
 
@@ -205,61 +169,49 @@ TEST(InputParameter, FetchesFromACollectionOrThePlainSource) {
   SmartPtr<IDblVector> numbers = MakeNumbers({1, 2, 3});
   SmartPtr<ISuperCollection> list = MakeCollection({{L"e1", MakeLong(7).get()}, {L"e2", MakeLong(8).get()}});
   SmartPtr<ISuperCollection> collection =
-      MakeCollection({{L"x", NewSet().get()}, {L"yield", numbers.get()}, {L"list", list.get()}});
+      MakeCollection({{L"x", NewParameters().get()}, {L"yield", numbers.get()}, {L"list", list.get()}});
   ExpectFetches(collection.get(), {
-      {"yield", 0, IID_NULL, 0, L"cDblBuffer"},
-      {"YI", 0, IID_NULL, 0, L"cDblBuffer"},  // the collection finds names by prefix
-      {"list", -1, IID_NULL, 0, L"i8"},       {"list", -3, IID_NULL, E_INVALIDARG, L"<none>"},
-      {"x", 0, IID_IDblVector, 0, L"cParametersCreatable"},  // unconverted
-      {"zz", 0, IID_NULL, 0, L"cSuperCollection"},  {"zz", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"},
+      {L"yield", 0, IID_NULL, 0, L"cDblBuffer"},
+      {L"YI", 0, IID_NULL, 0, L"cDblBuffer"},  // the collection finds names by prefix
+      {L"list", -1, IID_NULL, 0, L"i8"},       {L"list", -3, IID_NULL, E_INVALIDARG, L"<none>"},
+      {L"x", 0, IID_IDblVector, 0, L"cParametersCreatable"},  // unconverted
+      {L"zz", 0, IID_NULL, 0, L"cSuperCollection"},  {L"zz", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"},
       {nullptr, 0, IID_NULL, E_ITEMNOTFOUND, L"<none>"},
   });
   ExpectFetches(numbers.get(), {
-      {"a", 0, IID_NULL, 0, L"cDblBuffer"},
-      {"a", 2, IID_NULL, 0, L"cDblBuffer"},  // no element of a plain source
-      {"a", 0, IID_IParameters, E_ITEMNOTFOUND, L"<none>"},
+      {L"a", 0, IID_NULL, 0, L"cDblBuffer"},
+      {L"a", 2, IID_NULL, 0, L"cDblBuffer"},  // no element of a plain source
+      {L"a", 0, IID_IParameters, E_ITEMNOTFOUND, L"<none>"},
   });
   // What a container yields for IUnknown; a container that is itself a host window gives what the host
   // hosts; a host hosting nothing and an object answering nothing give nothing.
-  ExpectFetches(MakeStandIn(CDouble::kMoniker, numbers.get()).get(), {{"a", 0, IID_NULL, 0, L"cDblBuffer"}});
+  ExpectFetches(MakeStandIn(CDouble::kMoniker, numbers.get()).get(), {{L"a", 0, IID_NULL, 0, L"cDblBuffer"}});
   ExpectFetches(MakeStandIn(CDouble::kMoniker, MakeStandIn(CDouble::kHost, numbers.get()).get()).get(),
-                {{"a", 0, IID_IDblVector, 0, L"cDblBuffer"}});
-  ExpectFetches(MakeStandIn(CDouble::kHost, nullptr).get(), {{"a", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"}});
+                {{L"a", 0, IID_IDblVector, 0, L"cDblBuffer"}});
+  ExpectFetches(MakeStandIn(CDouble::kHost, nullptr).get(), {{L"a", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"}});
   ExpectFetches(MakeStandIn(0, nullptr).get(),
-                {{"a", 0, IID_NULL, 0, L"cDouble"}, {"a", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"}});
+                {{L"a", 0, IID_NULL, 0, L"cDouble"}, {L"a", 0, IID_IDblVector, E_ITEMNOTFOUND, L"<none>"}});
   // Another binding is never taken for a collection, though it answers INamedCollection.
-  ExpectFetches(NewBinding().get(), {{"a", 0, IID_NULL, 0, L"cInputParameter"}});
+  ExpectFetches(NewBinding().get(), {{L"a", 0, IID_NULL, 0, L"cInputParameter"}});
 }
 
 // A set whose item has a binding as descriptor reads the bound item's current
-// value (result 1), also after the caller let go of the source; so does a
-// formula that names the item.
+// value (result 1), also after the caller let go of the source.
 TEST(InputParameter, ParameterSetsReadTheBoundValue) {
   SmartPtr<IParametersCreatable> source = MakeSet({{L"text", MakeText(L"t").get()}, {L"speed", MakeLong(10).get()}});
   SmartPtr<IInputParameter> binding = NewBinding();
   ASSERT_EQ(binding->SetSource(source.get(), 0), S_OK);
   EXPECT_EQ(NameOf(binding.get()), L"speed");
-  SmartPtr<IParametersCreatable> reader = NewSet();
+  SmartPtr<IParametersCreatable> reader = NewParameters();
   reader->Add(MakeString(L"v").get(), MakeLong(-1).get(), binding.get(), 0);
-
-  SmartPtr<IExpression> formula = CreateObjectAs<IExpression>(L"Expression");
-  ASSERT_TRUE(formula);
-  formula->put_Expression(Ref(L"V * 2 + 1"));
-  struct Step { int32_t newValue; const wchar_t* read; double formulaValue; } steps[] = {
-      {0, L"i10", 21}, {25, L"i25", 51}, {-3, L"i-3", -5}};
-  for (const Step& step : steps) {
-    if (step.newValue) source->put_Item(1, MakeLong(step.newValue).get());
-    SmartPtr<IVariant> value;
-    EXPECT_EQ(reader->get_ItemVariant(0, value.Receive()), S_FALSE);
-    EXPECT_EQ(DescribeValue(value.get()), step.read);
-    EXPECT_EQ(formula->Evaluate(reader.get()), S_OK);
-    ASSERT_EQ(formula->get_Value(value.Receive()), S_OK);
-    EXPECT_EQ(value->GetDouble(), step.formulaValue) << step.read;
-  }
+  SmartPtr<IVariant> value;
+  EXPECT_EQ(reader->get_ItemVariant(0, value.Receive()), S_FALSE);
+  EXPECT_EQ(DescribeValue(value.get()), L"i10");
+  source->put_Item(1, MakeLong(25).get());
   source.Reset();  // the binding holds its own reference
   SmartPtr<IUnknown> item;
   EXPECT_EQ(reader->get_Item(0, item.Receive()), S_OK);
-  EXPECT_EQ(Describe(item.get()), L"i-3");
+  EXPECT_EQ(Describe(item.get()), L"i25");
 }
 
 // A binding whose resolution leads back to itself is refused inside the
@@ -267,10 +219,7 @@ TEST(InputParameter, ParameterSetsReadTheBoundValue) {
 // deeper than 16 bindings is cut the same way.
 TEST(InputParameter, CyclesOfBindingsEndWithAStoredValue) {
   auto bindTo = [](IParameters* reader, int32_t index, IParameters* source, const wchar_t* name) {
-    SmartPtr<IInputParameter> binding = NewBinding();
-    binding->put_Source(source);
-    binding->put_Name(MakeString(name).get());
-    reader->put_ItemDescriptor(index, binding.get());
+    reader->put_ItemDescriptor(index, MakeBinding(name, 0, IID_NULL, source).get());
   };
   auto read = [](IParameters* set) {
     SmartPtr<IVariant> value;
@@ -279,45 +228,19 @@ TEST(InputParameter, CyclesOfBindingsEndWithAStoredValue) {
   };
   SmartPtr<IParametersCreatable> self = MakeSet({{L"x", MakeLong(5).get()}});
   bindTo(self.get(), 0, self.get(), L"x");
-  SmartPtr<IParametersCreatable> a = MakeSet({{L"x", MakeLong(1).get()}});
-  SmartPtr<IParametersCreatable> b = MakeSet({{L"y", MakeLong(2).get()}});
-  bindTo(a.get(), 0, b.get(), L"y");
-  bindTo(b.get(), 0, a.get(), L"x");
   std::vector<SmartPtr<IParametersCreatable>> chain;
   for (int32_t i = 0; i < 20; ++i) chain.push_back(MakeSet({{L"v", MakeLong(i).get()}}));
   for (int32_t i = 0; i + 1 < 20; ++i) bindTo(chain[i].get(), 0, chain[i + 1].get(), L"v");
 
   struct Case { const char* what; IParameters* set; std::wstring read; } cases[] = {
-      {"bound to itself", self.get(), L"1:i5"},
-      // Read from one side only: reading B as well would take the two sets'
-      // locks in both orders, which a thread checker rightly reports.
-      {"two sets bound to each other", a.get(), L"1:i1"},
+      {"bound to itself", self.get(), L"1:i5"},  // two sets bound to each other: see the concurrency tests
       {"a chain of 20 from the start: cut after 16", chain[0].get(), L"1:i16"},
       {"14 links: to the end", chain[5].get(), L"1:i19"},
   };
   for (const Case& c : cases) EXPECT_EQ(read(c.set), c.read) << c.what;
 
-  // The sets and bindings hold each other: break the reference cycles.
-  for (IParameters* set : {self.get(), a.get(), b.get()}) set->put_ItemDescriptor(0, nullptr);
-}
-
-TEST(InputParameter, ConcurrentFetchesThroughOneBinding) {
-  SmartPtr<IParametersCreatable> source = MakeSet({{L"a", MakeLong(3).get()}, {L"speed", MakeLong(10).get()}});
-  SmartPtr<IInputParameter> binding = NewBinding();
-  binding->put_Source(source.get());
-  binding->put_Name(MakeString(L"speed").get());
-  std::vector<std::thread> threads;
-  std::vector<int> mismatches(4, 0);
-  for (int t = 0; t < 4; ++t) {
-    threads.emplace_back([&, t] {
-      for (int i = 0; i < 300; ++i) {
-        Fetched fetched = Fetch(binding.get());
-        if (fetched.result != 1 || fetched.value != L"i10") ++mismatches[t];
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(mismatches, std::vector<int>(4, 0));
+  // The set and its binding hold each other: break the reference cycle.
+  self->put_ItemDescriptor(0, nullptr);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // The input collection as a host uses it: declaring and adding inputs,
-// whole-name lookup, assigning to an input and reading it, and its own table.
+// assigning to an input and reading it, and its own table. (Its whole-name
+// lookup is checked with the other collections' in the name-index tests.)
 #include <gtest/gtest.h>
 
 #include "input_test_support.h"
@@ -21,13 +22,7 @@ namespace {
 
 using namespace input_test;
 
-SmartPtr<IInputParameter> InputAt(IInputParameters* inputs, int32_t index) {
-  SmartPtr<IUnknown> item;
-  inputs->get_Item(index, item.Receive());
-  return QueryAs<IInputParameter>(item.get());
-}
-
-TEST(InputParameters, DeclaresAndAddsInputsFoundByWholeName) {
+TEST(InputParameters, DeclaresAndAddsInputs) {
   SmartPtr<IInputParameters> inputs = NewInputs();
   ASSERT_TRUE(inputs);
   SmartPtr<IUnknown> unknown = QueryAs<IUnknown>(inputs.get());
@@ -35,37 +30,22 @@ TEST(InputParameters, DeclaresAndAddsInputsFoundByWholeName) {
   ASSERT_EQ(table->Create(MakeString(L"speed").get(), IID_IDblVector, 3), S_OK);
   ASSERT_EQ(inputs->Create(MakeString(L"speed").get(), IID_NULL, 0), S_OK);
   SmartPtr<IInputParameter> existing = NewBinding();
-  SmartPtr<IParametersCreatable> set = NewSet();
+  SmartPtr<IParametersCreatable> set = NewParameters();
   SmartPtr<IInputParameter> verified;
-  // Add(name, binding); Add(name, null); Add of a set; VerifyInterface of null, of a set, into null;
-  // GetInput and SetInput past the end; SetInput(-1).
-  const HRESULT results[] = {table->Add(MakeString(L"torque").get(), existing.get()),
-                             inputs->Add(MakeString(L"x").get(), nullptr),
-                             inputs->Add(MakeString(L"x").get(), set.get(), nullptr, 0),
-                             table->VerifyInterface(nullptr, verified.Receive()),
-                             inputs->VerifyInterface(set.get(), verified.Receive()),
-                             inputs->VerifyInterface(existing.get(), nullptr),
-                             table->GetInput(3, unknown.Receive()),
-                             inputs->SetInput(3, set.get()),
-                             inputs->SetInput(-1, set.get())};
+  // Add(name, binding); Add(name, null); VerifyInterface of null, of a set, into null; GetInput past the end.
+  const HRESULT results[] = {
+      table->Add(MakeString(L"torque").get(), existing.get()), inputs->Add(MakeString(L"x").get(), nullptr),
+      table->VerifyInterface(nullptr, verified.Receive()), inputs->VerifyInterface(set.get(), verified.Receive()),
+      inputs->VerifyInterface(existing.get(), nullptr), table->GetInput(3, unknown.Receive())};
   EXPECT_EQ(std::vector<HRESULT>(std::begin(results), std::end(results)),
-            (std::vector<HRESULT>{S_OK, E_POINTER, E_INVALIDARG, E_FAIL, E_FAIL, E_POINTER, E_INVALIDARG, E_INVALIDARG,
-                                  E_INVALIDARG}));
+            (std::vector<HRESULT>{S_OK, E_POINTER, E_FAIL, E_FAIL, E_POINTER, E_INVALIDARG}));
   unknown.Reset();
-
-  int32_t count = 0;
-  inputs->get_Count(&count);
-  EXPECT_EQ(count, 3);
+  EXPECT_EQ(NamesOf(inputs.get()), (std::vector<std::wstring>{L"speed", L"speed", L"torque"}));
   int32_t flags = 0;
   InputAt(inputs.get(), 0)->get_AssignmentFlags(&flags);
   EXPECT_EQ(flags, 3);
   EXPECT_EQ(NameOf(InputAt(inputs.get(), 0).get()), L"<unset>") << "the item name is not the binding's Name";
   EXPECT_TRUE(InputAt(inputs.get(), 2) == existing.get());
-
-  std::vector<int32_t> indices;
-  for (const wchar_t* key : {L"speed", L"SPEED", L"Torque", L"spe", L"speedy"})
-    indices.push_back(IndexOfName(inputs.get(), key));
-  EXPECT_EQ(indices, (std::vector<int32_t>{0, 0, 2, 65535, 65535})) << "whole names, any case";
 
   ASSERT_EQ(inputs->VerifyInterface(existing.get(), verified.Receive()), S_OK);
   EXPECT_TRUE(verified == existing.get());
@@ -85,17 +65,9 @@ TEST(InputParameters, SetInputAssignsSourcesOrCopiesBindings) {
   InputAt(inputs.get(), 0)->put_Name(MakeString(L"speed").get());
   SmartPtr<IParametersCreatable> first = MakeSet({{L"a", MakeLong(1).get()}, {L"speed", MakeLong(10).get()}});
   SmartPtr<IParametersCreatable> second = MakeSet({{L"speed", MakeLong(20).get()}});
-  SmartPtr<IInputParameter> other = NewBinding();
-  other->put_IID(IID_IVariant);
-  other->put_Name(MakeString(L"speed").get());
-  other->put_Source(first.get());
+  SmartPtr<IInputParameter> other = MakeBinding(L"speed", 0, IID_IVariant, first.get());
   other->put_AssignmentFlags(4);
 
-  auto readInput = [&](int32_t index) {
-    SmartPtr<IUnknown> value;
-    HRESULT result = inputs->GetInput(index, value.Receive());
-    return std::to_wstring(result) + L":" + Describe(value.get());
-  };
   struct Step { const char* what; int32_t index; IUnknown* input; std::wstring read; } steps[] = {
       {"a set as source", 0, first.get(), L"1:i10"}, {"another set as source", 0, second.get(), L"0:i20"},
       {"a binding copied into the alias slot", 1, other.get(), L"1:i10"},
@@ -103,7 +75,9 @@ TEST(InputParameters, SetInputAssignsSourcesOrCopiesBindings) {
   };
   for (const Step& step : steps) {
     EXPECT_EQ(inputs->SetInput(step.index, step.input), S_OK) << step.what;
-    EXPECT_EQ(readInput(step.index), step.read) << step.what;
+    SmartPtr<IUnknown> value;
+    const HRESULT result = inputs->GetInput(step.index, value.Receive());
+    EXPECT_EQ(std::to_wstring(result) + L":" + Describe(value.get()), step.read) << step.what;
     EXPECT_EQ(NameOf(InputAt(inputs.get(), step.index).get()), L"speed") << step.what;
   }
   SmartPtr<IInputParameter> alias = InputAt(inputs.get(), 1);

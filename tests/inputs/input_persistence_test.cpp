@@ -14,15 +14,6 @@ SmartPtr<IUnknown> MakeFileInfo(const std::wstring& fileName) {
   return AsUnknown(info);
 }
 
-SmartPtr<IInputParameter> MakeBinding(const wchar_t* name, int32_t sourceIndex, const IID& iid, IUnknown* source) {
-  SmartPtr<IInputParameter> binding = NewBinding();
-  if (name) binding->put_Name(MakeString(name).get());
-  binding->put_SourceIndex(sourceIndex);
-  binding->put_IID(iid);
-  binding->put_Source(source);
-  return binding;
-}
-
 // "name/index", then the source: a binding's own fields, a file's name, or its class.
 std::wstring DescribeBinding(IInputParameter* binding) {
   if (!binding) return L"<none>";
@@ -137,9 +128,7 @@ TEST(InputPersistence, OtherStreamKinds) {
   EXPECT_EQ(std::vector<HRESULT>(std::begin(results), std::end(results)),
             (std::vector<HRESULT>{E_FAIL, E_FAIL, S_OK, E_NOTIMPL}));
   EXPECT_EQ(BytesOf(xml.get()), "");
-  int32_t count = 0;
-  inputs->get_Count(&count);
-  EXPECT_EQ(count, 1) << "a refused load leaves the collection as it was";
+  EXPECT_EQ(NamesOf(inputs.get()), std::vector<std::wstring>{L"a"}) << "a refused load leaves the collection as it was";
 }
 
 // One object entry per input, keyed by its item name; loading empties the
@@ -148,9 +137,7 @@ TEST(InputPersistence, CollectionRoundTripsThroughAFolder) {
   SmartPtr<IInputParameters> inputs = NewInputs();
   inputs->Create(MakeString(L"speed").get(), IID_IDblVector, 3);
   inputs->Create(MakeString(L"mode").get(), IID_NULL, 0);
-  SmartPtr<IUnknown> item;
-  inputs->get_Item(0, item.Receive());
-  SmartPtr<IInputParameter> speed = QueryAs<IInputParameter>(item.get());
+  SmartPtr<IInputParameter> speed = InputAt(inputs.get(), 0);
   speed->put_Name(MakeString(L"v").get());
   speed->put_SourceIndex(2);
   inputs->SetInput(1, MakeFileInfo(L"m.ini").get());
@@ -163,22 +150,14 @@ TEST(InputPersistence, CollectionRoundTripsThroughAFolder) {
   SmartPtr<IInputParameters> loaded = NewInputs();
   loaded->Create(MakeString(L"stale").get(), IID_NULL, 0);
   ASSERT_EQ(loaded->Load(folder.get(), 0), S_OK);
-  std::vector<std::wstring> described;
-  int32_t count = 0;
-  loaded->get_Count(&count);
-  for (int32_t i = 0; i < count; ++i) {
-    SmartPtr<IString> name;
-    loaded->get_ItemName(i, name.Receive());
-    SmartPtr<IUnknown> input;
-    loaded->get_Item(i, input.Receive());
-    described.push_back(TextOf(name) + L": " + DescribeBinding(QueryAs<IInputParameter>(input.get()).get()));
-  }
+  std::vector<std::wstring> described = NamesOf(loaded.get());
+  for (size_t i = 0; i < described.size(); ++i)
+    described[i] += L": " + DescribeBinding(InputAt(loaded.get(), static_cast<int32_t>(i)).get());
   EXPECT_EQ(described, (std::vector<std::wstring>{L"speed: v/2 <none>", L"mode: /0 file m.ini"}));
-  loaded->get_Item(0, item.Receive());
   IID iid{};
   int32_t flags = -1;
-  QueryAs<IInputParameter>(item.get())->get_IID(&iid);
-  QueryAs<IInputParameter>(item.get())->get_AssignmentFlags(&flags);
+  InputAt(loaded.get(), 0)->get_IID(&iid);
+  InputAt(loaded.get(), 0)->get_AssignmentFlags(&flags);
   EXPECT_TRUE(iid == IID_IDblVector && flags == 0) << "the IID is stored, the assignment flags are not";
 }
 

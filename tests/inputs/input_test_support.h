@@ -18,7 +18,17 @@ namespace input_test {
 using namespace collection_test;
 
 inline SmartPtr<IInputParameters> NewInputs() { return CreateObjectAs<IInputParameters>(L"InputParameters"); }
-inline SmartPtr<IParametersCreatable> NewSet() { return CreateObjectAs<IParametersCreatable>(L"ParametersCreatable"); }
+
+// A binding with the given fields; a null name stays unset.
+inline SmartPtr<IInputParameter> MakeBinding(const wchar_t* name, int32_t sourceIndex, const IID& iid,
+                                             IUnknown* source) {
+  SmartPtr<IInputParameter> binding = NewBinding();
+  if (name) binding->put_Name(MakeString(name).get());
+  binding->put_SourceIndex(sourceIndex);
+  binding->put_IID(iid);
+  binding->put_Source(source);
+  return binding;
+}
 
 inline SmartPtr<IDblVector> MakeNumbers(const std::vector<double>& numbers) {
   SmartPtr<IDblVector> vector = CreateObjectAs<IDblVector>(L"DblBuffer");
@@ -47,6 +57,12 @@ inline std::wstring Describe(IUnknown* object) {
   return L"c" + std::wstring(name.text, static_cast<size_t>(name.length));
 }
 
+inline SmartPtr<IInputParameter> InputAt(INamedCollection* inputs, int32_t index) {
+  SmartPtr<IUnknown> item;
+  inputs->get_Item(index, item.Receive());
+  return QueryAs<IInputParameter>(item.get());
+}
+
 inline std::wstring NameOf(IInputParameter* binding) {
   SmartPtr<IString> name;
   if (binding->get_Name(name.Receive()) < 0) return L"<unset>";
@@ -63,14 +79,6 @@ inline SmartPtr<IUnknown> SourceOf(IInputParameter* binding) {
   SmartPtr<IUnknown> source;
   binding->get_Source(source.Receive());
   return source;
-}
-
-// The result of get_Object and a description of what it handed out.
-struct Fetched { HRESULT result; std::wstring value; };
-inline Fetched Fetch(IInputParameter* binding) {
-  SmartPtr<IUnknown> object;
-  HRESULT result = binding->get_Object(object.Receive());
-  return {result, Describe(object.get())};
 }
 
 // Plays whichever of a collection moniker, a host window and a UI node it is told to.

@@ -6,10 +6,7 @@
 namespace {
 
 TEST(NiceTicksTest, RoundStepsCoverTheRange) {
-  struct Case {
-    double low, high;
-    std::vector<double> ticks;
-  } cases[] = {
+  struct Case { double low, high; std::vector<double> ticks; } cases[] = {
       {-3, 7, {-4, -2, 0, 2, 4, 6, 8}},
       {0.1, 0.95, {0, 0.2, 0.4, 0.6, 0.8, 1}},
       {5, 5, {}},  // an empty range has no ticks
