@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <cwchar>
 #include <type_traits>
 
@@ -26,6 +27,13 @@ struct IID {
 };
 
 constexpr bool operator==(const IID& a, const IID& b) {
+  if (!std::is_constant_evaluated()) {
+    // Two 8-byte words: every QueryInterface compares identities.
+    uint64_t wordsA[2], wordsB[2];
+    std::memcpy(wordsA, a.bytes, sizeof wordsA);
+    std::memcpy(wordsB, b.bytes, sizeof wordsB);
+    return ((wordsA[0] ^ wordsB[0]) | (wordsA[1] ^ wordsB[1])) == 0;
+  }
   for (int i = 0; i < 16; ++i)
     if (a.bytes[i] != b.bytes[i]) return false;
   return true;

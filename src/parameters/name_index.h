@@ -47,13 +47,13 @@ class NameIndex {
  public:
   void Added(Record* record) {
     std::lock_guard<std::mutex> guard(m_Mutex);
-    m_Epoch = NewEpoch();
+    m_Epoch.store(NewEpoch(), std::memory_order_release);
     if (m_Built) IndexOrDrop(record);
   }
 
   void Removed(Record* record) {
     std::lock_guard<std::mutex> guard(m_Mutex);
-    m_Epoch = NewEpoch();
+    m_Epoch.store(NewEpoch(), std::memory_order_release);
     if (m_Built) EraseFromBuilt(record);
     record->IndexEntry = nullptr;
     m_Unwatchable = false;  // the name that could not be watched may be the one leaving
@@ -71,14 +71,16 @@ class NameIndex {
   template <class Slot>
   int32_t FindFirst(tagREFString key, NameMatch match, Slot* const* items, int32_t count,
                     NameLookupHint* hint = nullptr) {
+    // A hint of the current epoch needs no lock: the epoch moves before anything the answer depends on.
+    if (hint && hint->epoch == m_Epoch.load(std::memory_order_acquire) && !NamesChanged() && hint->index < count)
+      return hint->index;
     std::lock_guard<std::mutex> guard(m_Mutex);
     if (m_Built && (m_Match != match || NamesChanged())) Drop();
     if (!m_Built && !m_Unwatchable) Rebuild(match, items, count);
     if (m_Built) {
-      if (hint && hint->epoch == m_Epoch && hint->index < count) return hint->index;
       Record* found = FindInBuilt(key);
       const int32_t index = found ? found->Position : -1;
-      if (hint) *hint = {m_Epoch, index};
+      if (hint) *hint = {m_Epoch.load(std::memory_order_relaxed), index};
       return index;
     }
     for (int32_t i = 0; i < count; ++i)
@@ -91,7 +93,10 @@ class NameIndex {
     return match == NameMatch::kWhole ? MatchesWholeName(name, key) : MatchesNamePrefix(name, key);
   }
 
-  bool NamesChanged() const { return m_Changes && m_Changes->load(std::memory_order_acquire) != m_ChangesSeen; }
+  bool NamesChanged() const {
+    const std::atomic<uint64_t>* changes = m_Changes.load(std::memory_order_acquire);
+    return changes && changes->load(std::memory_order_acquire) != m_ChangesSeen.load(std::memory_order_acquire);
+  }
 
   Record* FindInBuilt(tagREFString key) const {
     return m_Match == NameMatch::kWhole ? m_Whole.FindFirst(key) : m_Prefix.FindFirst(key);
@@ -109,8 +114,9 @@ class NameIndex {
   bool Watch(IString* name) {
     SmartPtr<IStringChangeCounter> watched = QueryAs<IStringChangeCounter>(name);
     const std::atomic<uint64_t>* changes = watched ? watched->WatchChanges() : nullptr;
-    if (!changes || (m_Changes && changes != m_Changes)) return false;
-    m_Changes = changes;
+    const std::atomic<uint64_t>* watching = m_Changes.load(std::memory_order_relaxed);
+    if (!changes || (watching && changes != watching)) return false;
+    m_Changes.store(changes, std::memory_order_release);
     return true;
   }
 
@@ -143,9 +149,10 @@ class NameIndex {
     m_Built = true;
     // The counter is read before any text, so that a change made while
     // building shows at the next lookup.
-    for (int32_t i = 0; i < count && !m_Changes; ++i)
+    for (int32_t i = 0; i < count && !m_Changes.load(std::memory_order_relaxed); ++i)
       if (items[i]->Name) Watch(items[i]->Name);
-    if (m_Changes) m_ChangesSeen = m_Changes->load(std::memory_order_acquire);
+    if (const std::atomic<uint64_t>* changes = m_Changes.load(std::memory_order_relaxed))
+      m_ChangesSeen.store(changes->load(std::memory_order_acquire), std::memory_order_release);
     for (int32_t i = 0; i < count && m_Built; ++i) IndexOrDrop(static_cast<Record*>(items[i]));
   }
 
@@ -155,19 +162,19 @@ class NameIndex {
   }
 
   void Drop() {
-    m_Epoch = NewEpoch();
+    m_Epoch.store(NewEpoch(), std::memory_order_release);
     m_Built = false;
     m_Whole.Clear();
     m_Prefix.Clear();
   }
 
   std::mutex m_Mutex;
-  uint64_t m_Epoch = NewEpoch();
+  std::atomic<uint64_t> m_Epoch{NewEpoch()};  // read without the lock by hinted lookups
   bool m_Built = false;
   bool m_Unwatchable = false;  // some name cannot be watched: lookups scan
   NameMatch m_Match = NameMatch::kWhole;
-  const std::atomic<uint64_t>* m_Changes = nullptr;  // the counter every indexed name advances
-  uint64_t m_ChangesSeen = 0;                          // its value when the index was built
+  std::atomic<const std::atomic<uint64_t>*> m_Changes{nullptr};  // the counter every indexed name advances
+  std::atomic<uint64_t> m_ChangesSeen{0};                         // its value when the index was built
   ExactNameIndex<Record> m_Whole;
   PrefixNameIndex<Record> m_Prefix;
 };
