@@ -19,6 +19,10 @@
 //
 // The index has its own mutex, so lookups from several threads that do not
 // change the collection are safe even while no collection lock is held.
+//
+// Records carry the marks of the indexes (see ExactNameIndex and
+// PrefixNameIndex). A record type without the prefix index's IndexNode saves
+// its pointer; prefix lookups in such a collection scan.
 #pragma once
 
 #include <atomic>
@@ -38,6 +42,8 @@ enum class NameMatch { kWhole, kPrefix };
 
 template <class Record>
 class NameIndex {
+  static constexpr bool kPrefixIndexed = requires(Record* record) { record->IndexNode; };
+
  public:
   void Added(Record* record) {
     std::lock_guard<std::mutex> guard(m_Mutex);
@@ -47,7 +53,7 @@ class NameIndex {
   void Removed(Record* record) {
     std::lock_guard<std::mutex> guard(m_Mutex);
     if (m_Built) EraseFromBuilt(record);
-    record->IndexEntry = nullptr;
+    ForgetEntries(record);
     m_Unwatchable = false;  // the name that could not be watched may be the one leaving
   }
 
@@ -63,7 +69,7 @@ class NameIndex {
   int32_t FindFirst(tagREFString key, NameMatch match, Slot* const* items, int32_t count) {
     std::lock_guard<std::mutex> guard(m_Mutex);
     if (m_Built && (m_Match != match || NamesChanged())) Drop();
-    if (!m_Built && !m_Unwatchable) Rebuild(match, items, count);
+    if (!m_Built && !m_Unwatchable && (kPrefixIndexed || match == NameMatch::kWhole)) Rebuild(match, items, count);
     if (m_Built) {
       Record* found = FindInBuilt(key);
       return found ? found->Position : -1;
@@ -81,14 +87,24 @@ class NameIndex {
   bool NamesChanged() const { return m_Changes && m_Changes->load(std::memory_order_acquire) != m_ChangesSeen; }
 
   Record* FindInBuilt(tagREFString key) const {
-    return m_Match == NameMatch::kWhole ? m_Whole.FindFirst(key) : m_Prefix.FindFirst(key);
+    if constexpr (kPrefixIndexed)
+      if (m_Match == NameMatch::kPrefix) return m_Prefix.FindFirst(key);
+    return m_Whole.FindFirst(key);
   }
 
   void EraseFromBuilt(Record* record) {
-    if (m_Match == NameMatch::kPrefix)
-      m_Prefix.Erase(record);
-    else if (!m_Whole.Erase(record))
-      Drop();  // a later record of the same name must become the first: rebuilt at the next lookup
+    if constexpr (kPrefixIndexed) {
+      if (m_Match == NameMatch::kPrefix) {
+        m_Prefix.Erase(record);
+        return;
+      }
+    }
+    if (!m_Whole.Erase(record)) Drop();  // a later record of the same name must become the first: rebuilt at the next lookup
+  }
+
+  static void ForgetEntries(Record* record) {
+    record->IndexMark = 0;
+    if constexpr (kPrefixIndexed) record->IndexNode = nullptr;
   }
 
   // Asks the name to report changes of its text. False when it cannot, or
@@ -104,7 +120,7 @@ class NameIndex {
   // Indexes a record. A name that cannot be watched switches lookups to
   // scanning; if memory runs out the index is dropped and rebuilt later.
   void IndexOrDrop(Record* record) {
-    record->IndexEntry = nullptr;
+    ForgetEntries(record);
     if (!record->Name) return;  // an unnamed record never matches and cannot change
     if (!Watch(record->Name)) {
       Drop();
@@ -114,10 +130,13 @@ class NameIndex {
     tagREFString name = NameTextOf(record->Name);
     if (name.length <= 0) return;  // an empty name never matches a key
     try {
-      if (m_Match == NameMatch::kWhole)
-        m_Whole.Insert(record, name);
-      else
-        m_Prefix.Insert(record, name);
+      if constexpr (kPrefixIndexed) {
+        if (m_Match == NameMatch::kPrefix) {
+          m_Prefix.Insert(record, name);
+          return;
+        }
+      }
+      m_Whole.Insert(record, name);
     } catch (...) {
       Drop();
     }
@@ -149,5 +168,5 @@ class NameIndex {
   const std::atomic<uint64_t>* m_Changes = nullptr;  // the counter every indexed name advances
   uint64_t m_ChangesSeen = 0;                          // its value when the index was built
   ExactNameIndex<Record> m_Whole;
-  PrefixNameIndex<Record> m_Prefix;
+  PrefixNameIndex<Record> m_Prefix;  // used only by records with an IndexNode
 };
