@@ -99,7 +99,8 @@ class NameIndex {
         return;
       }
     }
-    if (!m_Whole.Erase(record)) Drop();  // a later record of the same name must become the first: rebuilt at the next lookup
+    // A later record of the same name must become the first: rebuilt at the next lookup.
+    if (!m_Whole.Erase(record)) Drop();
   }
 
   static void ForgetEntries(Record* record) {

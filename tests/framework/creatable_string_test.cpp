@@ -81,7 +81,14 @@ TEST(CreatableString, TextTakenFromItself) {
 // Bad views are refused and change nothing; an empty view may have no
 // characters. Only changes of a watched string advance the shared counter.
 TEST(CreatableString, RejectedViewsAndTheChangeCounter) {
-  struct Case { const char* what; bool append; tagREFString view; HRESULT result; const wchar_t* text; uint64_t changes; };
+  struct Case {
+    const char* what;
+    bool append;
+    tagREFString view;
+    HRESULT result;
+    const wchar_t* text;
+    uint64_t changes;
+  };
   const Case cases[] = {
       {"negative length set", false, {-1, L"x"}, E_INVALIDARG, L"keep", 0},
       {"set without characters", false, {2, nullptr}, E_INVALIDARG, L"keep", 0},

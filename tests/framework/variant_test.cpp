@@ -73,7 +73,8 @@ TEST(Variant, SettersAndAssignReplaceTheValue) {
 // Each setter replaces the previous kind entirely: no part of the old value shows through.
 TEST(Variant, SuccessiveSettersReplaceTheKind) {
   SmartPtr<IComponentCollection> collection = SmartPtr<IComponentCollection>::Adopt(GLOBALComponents());
-  struct Step { char setter; double number; const wchar_t* text; };  // l SetLong, d SetDouble, s SetString, o/n Assign object/null
+  // setter: l SetLong, d SetDouble, s SetString, o Assign an object, n Assign null.
+  struct Step { char setter; double number; const wchar_t* text; };
   struct Case { const char* what; std::vector<Step> steps; const wchar_t* expected; double asDouble; int32_t asLong; };
   const Case cases[] = {
       {"real then integer", {{'d', 2.5, nullptr}, {'l', -7, nullptr}}, L"i-7", -7, -7},
