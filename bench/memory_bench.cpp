@@ -11,7 +11,12 @@
 
 namespace {
 
-size_t HeapInUse() { return mallinfo2().uordblks; }
+// Blocks in malloc's arenas plus the large ones it maps on their own (slot
+// arrays and index tables of big sets are such blocks).
+size_t HeapInUse() {
+  const struct mallinfo2 info = mallinfo2();
+  return info.uordblks + info.hblkhd;
+}
 
 // Peak resident size of the process so far, in bytes.
 double PeakResidentBytes() {

@@ -6,10 +6,8 @@
 
 void CVariant::Clear() {
   m_Kind = Kind::kEmpty;
-  m_Integer = 0;
   m_Real = 0;
-  m_Text.Reset();
-  m_Object.Reset();
+  m_Held.Reset();
 }
 
 int32_t CVariant::GetType() {
@@ -27,7 +25,7 @@ double CVariant::GetDouble() {
     case Kind::kText: {
       const wchar_t* text = nullptr;
       int32_t length = 0;
-      if (m_Text->GetBuffer(&text, &length) < 0) return 0;
+      if (Text()->GetBuffer(&text, &length) < 0) return 0;
       return LeadingNumberOf(text, length);
     }
     default: return 0;
@@ -63,7 +61,7 @@ HRESULT CVariant::GetObject(IUnknown** object) {
   if (!object) return E_POINTER;
   *object = nullptr;
   if (m_Kind != Kind::kObject) return E_FAIL;
-  return m_Object.CopyTo(object);
+  return m_Held.CopyTo(object);
 }
 
 HRESULT CVariant::Assign(IUnknown* from) {
@@ -80,7 +78,7 @@ HRESULT CVariant::Assign(IUnknown* from) {
     SmartPtr<IUnknown> held(from);
     Clear();
     m_Kind = Kind::kObject;
-    m_Object = std::move(held);
+    m_Held = std::move(held);
     return S_OK;
   });
 }
@@ -97,7 +95,7 @@ HRESULT CVariant::CopyFrom(IVariant* other) {
     other->GetObject(object.Receive());
     Clear();
     m_Kind = Kind::kObject;
-    m_Object = std::move(object);
+    m_Held = std::move(object);
     return S_OK;
   }
   switch (other->GetType()) {
@@ -116,7 +114,7 @@ HRESULT CVariant::TakeTextOf(IString* text) {
   copy->SetText(view);
   Clear();
   m_Kind = Kind::kText;
-  m_Text = SmartPtr<IString>(static_cast<ICreatableString*>(copy.get()));
+  m_Held = SmartPtr<IUnknown>(static_cast<IString*>(static_cast<ICreatableString*>(copy.get())));
   return S_OK;
 }
 
@@ -126,14 +124,16 @@ HRESULT CVariant::GetString(IString** text) {
   if (!text) return E_POINTER;
   *text = nullptr;
   if (m_Kind != Kind::kText) return E_FAIL;
-  return m_Text.CopyTo(text);
+  *text = Text();
+  (*text)->AddRef();
+  return S_OK;
 }
 
 HRESULT CVariant::SetString(IString* text) {
-  SmartPtr<IString> held(text);
+  SmartPtr<IUnknown> held(text);
   Clear();
   if (!held) return S_OK;
   m_Kind = Kind::kText;
-  m_Text = std::move(held);
+  m_Held = std::move(held);
   return S_OK;
 }

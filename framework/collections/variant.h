@@ -31,9 +31,15 @@ class CVariant : public CObjectImpl<CVariant, IVariant> {
   HRESULT CopyFrom(IVariant* other);
   HRESULT TakeTextOf(IString* text);
 
+  // The held string of a text value (m_Held holds the IString pointer itself).
+  IString* Text() const { return static_cast<IString*>(m_Held.get()); }
+
+  // A tagged union: the number of a numeric kind, the string or object of the
+  // others in the one held pointer (56 bytes, malloc's 64-byte chunk).
   Kind m_Kind = Kind::kEmpty;
-  int32_t m_Integer = 0;
-  double m_Real = 0;
-  SmartPtr<IString> m_Text;
-  SmartPtr<IUnknown> m_Object;
+  union {
+    int32_t m_Integer;
+    double m_Real = 0;
+  };
+  SmartPtr<IUnknown> m_Held;
 };

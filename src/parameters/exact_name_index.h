@@ -2,7 +2,7 @@
 // A-Z folding, in constant time, through an open-addressing hash table.
 //
 // Record needs `int32_t Position` (its current index in the collection) and
-// `void* IndexEntry` (the index's mark: null while the record is not indexed).
+// `uint32_t IndexMark` (the index's mark: 0 while the record is not indexed).
 // The table holds the first record of each folded name only, as a pointer
 // beside its hash: a dozen bytes or so per name, no copy of the text. A later
 // record of the same name is "shadowed" (counted, not stored); when the first
@@ -32,28 +32,28 @@ class ExactNameIndex {
       if (m_Hashes[slot] != hash || !MatchesWholeName(NameTextOf(held->Name), name)) continue;
       ++m_Shadowed;
       if (held->Position < record->Position) {
-        record->IndexEntry = ShadowedMark();
+        record->IndexMark = kShadowedMark;
         return;
       }
       // A record moved in before the held one becomes the first of the name.
-      held->IndexEntry = ShadowedMark();
+      held->IndexMark = kShadowedMark;
       m_Records[slot] = record;
-      record->IndexEntry = MarkOf(hash);
+      record->IndexMark = MarkOf(hash);
       return;
     }
     m_Records[slot] = record;
     m_Hashes[slot] = hash;
     ++m_Used;
-    record->IndexEntry = MarkOf(hash);
+    record->IndexMark = MarkOf(hash);
   }
 
   // Takes `record` out. False when the index no longer answers correctly (a
   // shadowed record may now be the first of its name) and must be rebuilt.
   bool Erase(Record* record) {
-    void* mark = record->IndexEntry;
-    record->IndexEntry = nullptr;
+    const uint32_t mark = record->IndexMark;
+    record->IndexMark = 0;
     if (!mark) return true;
-    if (mark == ShadowedMark()) {
+    if (mark == kShadowedMark) {
       --m_Shadowed;
       return true;
     }
@@ -84,11 +84,14 @@ class ExactNameIndex {
   }
 
  private:
-  // 31 bits, so that the hash fits beside the mark bit of IndexEntry on 32-bit targets too.
+  // An indexed record's mark is its hash beside a set low bit; a shadowed
+  // record's mark is even and non-zero.
+  static constexpr uint32_t kShadowedMark = 2;
+
+  // 31 bits, so that the hash fits beside the mark bit.
   static uint32_t HashOf(tagREFString name) { return static_cast<uint32_t>(HashFoldedText(name)) & 0x7FFFFFFFu; }
-  static void* MarkOf(uint32_t hash) { return reinterpret_cast<void*>((static_cast<uintptr_t>(hash) << 1) | 1u); }
-  static uint32_t HashOfMark(void* mark) { return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(mark) >> 1); }
-  static void* ShadowedMark() { return reinterpret_cast<void*>(uintptr_t{2}); }
+  static uint32_t MarkOf(uint32_t hash) { return (hash << 1) | 1u; }
+  static uint32_t HashOfMark(uint32_t mark) { return mark >> 1; }
 
   size_t Mask() const { return m_Capacity - 1; }
 

@@ -24,6 +24,10 @@
 //
 // The index has its own mutex, so lookups from several threads that do not
 // change the collection are safe even while no collection lock is held.
+//
+// Records carry the marks of the indexes (see ExactNameIndex and
+// PrefixNameIndex). A record type without the prefix index's IndexNode saves
+// its pointer; prefix lookups in such a collection scan.
 #pragma once
 
 #include <atomic>
@@ -44,6 +48,8 @@ enum class NameMatch { kWhole, kPrefix };
 
 template <class Record>
 class NameIndex {
+  static constexpr bool kPrefixIndexed = requires(Record* record) { record->IndexNode; };
+
  public:
   void Added(Record* record) {
     std::lock_guard<std::mutex> guard(m_Mutex);
@@ -55,7 +61,7 @@ class NameIndex {
     std::lock_guard<std::mutex> guard(m_Mutex);
     m_Epoch.store(NewEpoch(), std::memory_order_release);
     if (m_Built) EraseFromBuilt(record);
-    record->IndexEntry = nullptr;
+    ForgetEntries(record);
     m_Unwatchable = false;  // the name that could not be watched may be the one leaving
   }
 
@@ -76,7 +82,7 @@ class NameIndex {
       return hint->index;
     std::lock_guard<std::mutex> guard(m_Mutex);
     if (m_Built && (m_Match != match || NamesChanged())) Drop();
-    if (!m_Built && !m_Unwatchable) Rebuild(match, items, count);
+    if (!m_Built && !m_Unwatchable && (kPrefixIndexed || match == NameMatch::kWhole)) Rebuild(match, items, count);
     if (m_Built) {
       Record* found = FindInBuilt(key);
       const int32_t index = found ? found->Position : -1;
@@ -99,14 +105,25 @@ class NameIndex {
   }
 
   Record* FindInBuilt(tagREFString key) const {
-    return m_Match == NameMatch::kWhole ? m_Whole.FindFirst(key) : m_Prefix.FindFirst(key);
+    if constexpr (kPrefixIndexed)
+      if (m_Match == NameMatch::kPrefix) return m_Prefix.FindFirst(key);
+    return m_Whole.FindFirst(key);
   }
 
   void EraseFromBuilt(Record* record) {
-    if (m_Match == NameMatch::kPrefix)
-      m_Prefix.Erase(record);
-    else if (!m_Whole.Erase(record))
-      Drop();  // a later record of the same name must become the first: rebuilt at the next lookup
+    if constexpr (kPrefixIndexed) {
+      if (m_Match == NameMatch::kPrefix) {
+        m_Prefix.Erase(record);
+        return;
+      }
+    }
+    // A later record of the same name must become the first: rebuilt at the next lookup.
+    if (!m_Whole.Erase(record)) Drop();
+  }
+
+  static void ForgetEntries(Record* record) {
+    record->IndexMark = 0;
+    if constexpr (kPrefixIndexed) record->IndexNode = nullptr;
   }
 
   // Asks the name to report changes of its text. False when it cannot, or
@@ -123,7 +140,7 @@ class NameIndex {
   // Indexes a record. A name that cannot be watched switches lookups to
   // scanning; if memory runs out the index is dropped and rebuilt later.
   void IndexOrDrop(Record* record) {
-    record->IndexEntry = nullptr;
+    ForgetEntries(record);
     if (!record->Name) return;  // an unnamed record never matches and cannot change
     if (!Watch(record->Name)) {
       Drop();
@@ -133,10 +150,13 @@ class NameIndex {
     tagREFString name = NameTextOf(record->Name);
     if (name.length <= 0) return;  // an empty name never matches a key
     try {
-      if (m_Match == NameMatch::kWhole)
-        m_Whole.Insert(record, name);
-      else
-        m_Prefix.Insert(record, name);
+      if constexpr (kPrefixIndexed) {
+        if (m_Match == NameMatch::kPrefix) {
+          m_Prefix.Insert(record, name);
+          return;
+        }
+      }
+      m_Whole.Insert(record, name);
     } catch (...) {
       Drop();
     }
@@ -176,5 +196,5 @@ class NameIndex {
   std::atomic<const std::atomic<uint64_t>*> m_Changes{nullptr};  // the counter every indexed name advances
   std::atomic<uint64_t> m_ChangesSeen{0};                         // its value when the index was built
   ExactNameIndex<Record> m_Whole;
-  PrefixNameIndex<Record> m_Prefix;
+  PrefixNameIndex<Record> m_Prefix;  // used only by records with an IndexNode
 };

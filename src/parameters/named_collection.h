@@ -323,7 +323,8 @@ class INamedCollectionImpl : public Interface {
   // An item with the bookkeeping of the name index.
   struct Record : Item {
     int32_t Position = 0;
-    void* IndexEntry = nullptr;
+    uint32_t IndexMark = 0;
+    void* IndexNode = nullptr;
   };
 
   class ScopedCLock {

@@ -39,12 +39,14 @@ int ParameterStore::PARAMETERSCompareByName(const void* a, const void* b) {
 ParameterStore::~ParameterStore() { ReleaseStorage(); }
 
 // m_Capacity grows by exactly 10, as the set's capacity always has. The slot
-// array underneath doubles when it must grow, so that filling a large set
-// copies each pointer a bounded number of times instead of once per 10 adds.
+// array underneath grows by half when it must grow, so that filling a large
+// set copies each pointer a bounded number of times instead of once per 10
+// adds, while leaving fewer unused slots than doubling would.
 void ParameterStore::GrowSlots() {
   int32_t capacity = m_Capacity + kGrowth;
   if (capacity > m_Allocated) {
-    int32_t allocated = std::max(capacity, m_Allocated * 2);
+    const auto allocated = static_cast<int32_t>(
+        std::min<int64_t>(INT32_MAX, std::max<int64_t>(capacity, m_Allocated + int64_t{m_Allocated} / 2)));
     std::unique_ptr<PARAMETEROBJECT*[]> grown(new PARAMETEROBJECT*[allocated]());
     std::copy(m_Items.get(), m_Items.get() + m_Count, grown.get());
     m_Items = std::move(grown);

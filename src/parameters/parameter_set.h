@@ -55,11 +55,13 @@ class ParameterStore {
   std::atomic<int32_t> m_Locked{0};  // read by IsCollectionLocked without the lock
 
  private:
-  // A record with the bookkeeping of the name index.
+  // A record with the bookkeeping of the name index, which looks names up
+  // whole only: 40 bytes on 64-bit hosts, malloc's 48-byte chunk.
   struct Record : PARAMETEROBJECT {
     int32_t Position = 0;
-    void* IndexEntry = nullptr;
+    uint32_t IndexMark = 0;
   };
+  static_assert(sizeof(void*) != 8 || sizeof(Record) == 40);
 
   Record* RecordAt(int32_t index) const { return static_cast<Record*>(m_Items[index]); }
   void GrowSlots();

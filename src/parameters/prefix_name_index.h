@@ -7,7 +7,7 @@
 // form one contiguous run of that order, and the run's first record is found
 // along two root-to-leaf paths.
 //
-// Record needs `int32_t Position` and `void* IndexEntry` (the node). Positions
+// Record needs `int32_t Position` and `void* IndexNode` (its node). Positions
 // may shift as records are inserted or removed elsewhere: a shift keeps the
 // relative order of the other records, so the subtree minima stay right. A
 // change of relative order (sorting) needs a rebuild.
@@ -28,16 +28,16 @@ class PrefixNameIndex {
     node->record = record;
     node->first = record;
     node->priority = NextPriority();
-    record->IndexEntry = node.get();
+    record->IndexNode = node.get();
     NodePtr lower, upper;
     Split(std::move(m_Root), *node, lower, upper);
     m_Root = Merge(Merge(std::move(lower), std::move(node)), std::move(upper));
   }
 
   void Erase(Record* record) {
-    auto* node = static_cast<Node*>(record->IndexEntry);
+    auto* node = static_cast<Node*>(record->IndexNode);
     if (!node) return;
-    record->IndexEntry = nullptr;
+    record->IndexNode = nullptr;
     EraseFrom(m_Root, *node);
   }
 

@@ -70,6 +70,38 @@ TEST(Variant, SettersAndAssignReplaceTheValue) {
   EXPECT_TRUE(object == collection.get()) << "a copied value holds the same object";
 }
 
+// Each setter replaces the previous kind entirely: no part of the old value shows through.
+TEST(Variant, SuccessiveSettersReplaceTheKind) {
+  SmartPtr<IComponentCollection> collection = SmartPtr<IComponentCollection>::Adopt(GLOBALComponents());
+  // setter: l SetLong, d SetDouble, s SetString, o Assign an object, n Assign null.
+  struct Step { char setter; double number; const wchar_t* text; };
+  struct Case { const char* what; std::vector<Step> steps; const wchar_t* expected; double asDouble; int32_t asLong; };
+  const Case cases[] = {
+      {"real then integer", {{'d', 2.5, nullptr}, {'l', -7, nullptr}}, L"i-7", -7, -7},
+      {"integer then real", {{'l', 3, nullptr}, {'d', -0.5, nullptr}}, L"r-0.5", -0.5, 0},
+      {"text then integer", {{'s', 0, L"12.5"}, {'l', 4, nullptr}}, L"i4", 4, 4},
+      {"object then real", {{'o', 0, nullptr}, {'d', 1e10, nullptr}}, L"r10000000000", 1e10, 2147483647},
+      {"integer then text", {{'l', 9, nullptr}, {'s', 0, L"-3.75x"}}, L"t'-3.75x'", -3.75, -3},
+      {"real then object", {{'d', 6, nullptr}, {'o', 0, nullptr}}, L"oGlobalComponentCollection", 0, 0},
+      {"text then null", {{'s', 0, L"a"}, {'n', 0, nullptr}}, L"e", 0, 0},
+  };
+  for (const Case& c : cases) {
+    SmartPtr<IVariant> value = MakeVariant();
+    for (const Step& step : c.steps) {
+      switch (step.setter) {
+        case 'l': value->SetLong(static_cast<int32_t>(step.number)); break;
+        case 'd': value->SetDouble(step.number); break;
+        case 's': value->SetString(MakeString(step.text).get()); break;
+        case 'o': value->Assign(collection.get()); break;
+        default: value->Assign(nullptr); break;
+      }
+    }
+    EXPECT_EQ(DescribeValue(value.get()), c.expected) << c.what;
+    EXPECT_DOUBLE_EQ(value->GetDouble(), c.asDouble) << c.what;
+    EXPECT_EQ(value->GetLong(), c.asLong) << c.what;
+  }
+}
+
 // Copying a value copies its text; a framework string, given or assigned, is shared.
 TEST(Variant, TextsAreCopiedFromValuesAndSharedFromStrings) {
   SmartPtr<IVariant> source = MakeText(L"abc"), copy = MakeVariant();
