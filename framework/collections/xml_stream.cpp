@@ -80,9 +80,9 @@ HRESULT CXMLStreamBase<Self>::StepOver() {
 template <class Self>
 HRESULT CXMLStreamBase<Self>::GetTextBuffer(void** data, int32_t* byteCount) {
   if (!data || !byteCount) return E_POINTER;
-  const std::wstring& text = m_Writer.Text();
+  const WideTextBuffer& text = m_Writer.Text();
   if (text.size() > static_cast<size_t>(INT32_MAX) / sizeof(wchar_t)) return E_FAIL;
-  *data = const_cast<wchar_t*>(text.c_str());
+  *data = const_cast<wchar_t*>(text.data());
   *byteCount = static_cast<int32_t>(text.size() * sizeof(wchar_t));
   return S_OK;
 }
@@ -227,7 +227,7 @@ HRESULT CXMLStreamBase<Self>::Read(void* data, int32_t byteCount, int32_t* bytes
   *bytesRead = 0;
   if (byteCount < 0) return E_INVALIDARG;
   if (!data && byteCount > 0) return E_POINTER;
-  const std::wstring& text = m_Writer.Text();
+  const WideTextBuffer& text = m_Writer.Text();
   const size_t size = text.size() * sizeof(wchar_t);
   const size_t position = std::min(m_ReadPosition, size);
   const size_t count = std::min(static_cast<size_t>(byteCount), size - position);

@@ -12,14 +12,14 @@
 // become U+FFFD.
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "base_types.h"
+#include "wide_text_buffer.h"
 
 class XMLTextWriter {
  public:
-  const std::wstring& Text() const { return m_Text; }
+  const WideTextBuffer& Text() const { return m_Text; }
   void SetLean(bool lean) { m_Lean = lean; }
 
   // Replaces the whole text; no element is open afterwards.
@@ -31,18 +31,24 @@ class XMLTextWriter {
   bool End();
 
  private:
+  // Where an element's encoded name stands in the text (after its "<"), so
+  // the end tag copies it from there.
+  struct TagSpan {
+    size_t start;
+    size_t length;
+  };
   struct OpenElement {
-    std::wstring tag;
+    TagSpan tag;
     bool holdsElements;
   };
 
   // Starts a new line at the current depth (unless lean) and writes "<tag>".
-  void StartTag(const std::wstring& tag);
-  void EndTag(const std::wstring& tag);
+  TagSpan StartTag(tagREFString name);
+  void EndTag(TagSpan tag);
   void Indent(size_t depth);
   void AppendEscaped(tagREFString text);
 
-  std::wstring m_Text;
+  WideTextBuffer m_Text;
   std::vector<OpenElement> m_Open;
   bool m_Lean = false;
 };
