@@ -6,23 +6,39 @@ bool IsScalarValue(wchar_t c) {
   return value <= 0x10FFFF && (value < 0xD800 || value > 0xDFFF);
 }
 
+namespace {
+
+unsigned ScalarOrReplacement(wchar_t c) { return IsScalarValue(c) ? static_cast<unsigned>(c) : 0xFFFDu; }
+
+size_t Utf8Length(unsigned c) { return c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 ? 3 : 4; }
+
+}  // namespace
+
+// Two passes: the exact size first, then the bytes written in place (a
+// document's text runs to megabytes; appending byte by byte costs several
+// times as much).
 void AppendUtf8(std::string& out, const wchar_t* text, size_t length) {
+  size_t bytes = 0;
+  for (size_t i = 0; i < length; ++i) bytes += Utf8Length(ScalarOrReplacement(text[i]));
+  const size_t start = out.size();
+  out.resize(start + bytes);
+  char* at = out.data() + start;
   for (size_t i = 0; i < length; ++i) {
-    const unsigned c = IsScalarValue(text[i]) ? static_cast<unsigned>(text[i]) : 0xFFFDu;
+    const unsigned c = ScalarOrReplacement(text[i]);
     if (c < 0x80) {
-      out.push_back(static_cast<char>(c));
+      *at++ = static_cast<char>(c);
     } else if (c < 0x800) {
-      out.push_back(static_cast<char>(0xC0 | c >> 6));
-      out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+      *at++ = static_cast<char>(0xC0 | c >> 6);
+      *at++ = static_cast<char>(0x80 | (c & 0x3F));
     } else if (c < 0x10000) {
-      out.push_back(static_cast<char>(0xE0 | c >> 12));
-      out.push_back(static_cast<char>(0x80 | (c >> 6 & 0x3F)));
-      out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+      *at++ = static_cast<char>(0xE0 | c >> 12);
+      *at++ = static_cast<char>(0x80 | (c >> 6 & 0x3F));
+      *at++ = static_cast<char>(0x80 | (c & 0x3F));
     } else {
-      out.push_back(static_cast<char>(0xF0 | c >> 18));
-      out.push_back(static_cast<char>(0x80 | (c >> 12 & 0x3F)));
-      out.push_back(static_cast<char>(0x80 | (c >> 6 & 0x3F)));
-      out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+      *at++ = static_cast<char>(0xF0 | c >> 18);
+      *at++ = static_cast<char>(0x80 | (c >> 12 & 0x3F));
+      *at++ = static_cast<char>(0x80 | (c >> 6 & 0x3F));
+      *at++ = static_cast<char>(0x80 | (c & 0x3F));
     }
   }
 }

@@ -55,7 +55,7 @@ int HexValue(wchar_t c) {
 
 // Reads an escape at `at` ("_x" + hex digits + "_"); its length, or 0 when there is none.
 size_t ReadEscape(const std::wstring& text, size_t at, unsigned* value) {
-  if (text.compare(at, 2, L"_x") != 0) return 0;
+  if (text[at] != L'_' || at + 1 >= text.size() || text[at + 1] != L'x') return 0;
   size_t i = at + 2;
   unsigned result = 0;
   int digits = 0;
@@ -90,8 +90,9 @@ void AppendEncodedXMLName(WideTextBuffer& out, tagREFString name) {
   out.Append(name.text + runStart, static_cast<size_t>(name.length - runStart));
 }
 
-std::wstring DecodeXMLName(const std::wstring& encoded) {
+std::wstring DecodeXMLName(std::wstring encoded) {
   if (encoded == kEmptyName) return std::wstring();
+  if (encoded.find(L"_x") == std::wstring::npos) return encoded;  // no escape: most names
   std::wstring out;
   out.reserve(encoded.size());
   for (size_t i = 0; i < encoded.size();) {

@@ -18,4 +18,4 @@
 void AppendEncodedXMLName(WideTextBuffer& out, tagREFString name);
 
 // The name an encoded name stands for; text that is no escape stays as it is.
-std::wstring DecodeXMLName(const std::wstring& encoded);
+std::wstring DecodeXMLName(std::wstring encoded);

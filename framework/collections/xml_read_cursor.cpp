@@ -64,6 +64,8 @@ std::wstring XMLChildName(pugi::xml_node child) {
 
 std::wstring XMLChildText(pugi::xml_node child) {
   if (child.type() == pugi::node_pi) return pugi::as_wide(child.value());
+  const pugi::xml_node first = child.first_child();
+  if (first.type() == pugi::node_pcdata && !first.next_sibling()) return pugi::as_wide(first.value());  // most elements
   std::string text;
   for (pugi::xml_node part = child.first_child(); part; part = part.next_sibling()) {
     if (part.type() == pugi::node_pcdata || part.type() == pugi::node_cdata) text += part.value();
