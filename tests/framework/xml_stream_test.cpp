@@ -52,6 +52,8 @@ TEST(XMLStreamTest, NamesAndTextsAreEscapedAndRoundTrip) {
       {L"x y.z-1\u00B7", L"", L"<x_x0020_y.z-1\u00B7>"},
       {L"-x", L"", L"<_x002D_x>"},
       {L"?not a pi", L"?", L"<_x003F_not_x0020_a_x0020_pi>"},
+      {L"ab cd ", L"&x&", L"<ab_x0020_cd_x0020_>&amp;x&amp;<"},
+      {L"a  b", L"<<>>", L"<a_x0020__x0020_b>&lt;&lt;&gt;&gt;<"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.name));
@@ -65,6 +67,23 @@ TEST(XMLStreamTest, NamesAndTextsAreEscapedAndRoundTrip) {
   SmartPtr<IXMLStream> stream = NewStream();
   stream->WriteElement(RefOf(L"a"), 0, Ref(std::wstring(L"x\0y", 3)), 0);
   EXPECT_EQ(XMLTextOf(stream.get()), L"<a>xy</a>\r\n") << "zero characters are left out";
+}
+
+// The end tag repeats the start tag's encoded name even when the text has been
+// moved to a larger buffer in between (tens of thousands of children).
+TEST(XMLStreamTest, AnElementClosedAfterManyChildrenKeepsItsName) {
+  SmartPtr<IXMLStream> stream = NewStream();
+  stream->BeginElement(RefOf(L"outer set"), 0, 0);
+  constexpr int kChildren = 50000;
+  for (int i = 0; i < kChildren; ++i) stream->WriteElement(RefOf(L"c"), 0, RefOf(L"1"), 0);
+  ASSERT_EQ(stream->EndElement(), S_OK);
+  const std::wstring written = XMLTextOf(stream.get());
+  // "<outer_x0020_set>" 17, each child "\r\n  <c>1</c>" 12, "\r\n</outer_x0020_set>\r\n" 22.
+  EXPECT_EQ(written.size(), 17u + 12u * kChildren + 22u);
+  EXPECT_EQ(written.substr(written.size() - 22), L"\r\n</outer_x0020_set>\r\n");
+  SmartPtr<IXMLStream> outer = ChildStream(XMLStreamOn(written).get(), L"outer set");
+  ASSERT_TRUE(outer);
+  EXPECT_EQ(ChildNames(outer.get()).size(), static_cast<size_t>(kChildren));
 }
 
 // Indentation stops at 32 levels, so deep nesting costs a bounded amount per element. For 10,000
