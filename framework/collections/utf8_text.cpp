@@ -16,11 +16,20 @@ size_t Utf8Length(unsigned c) { return c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x1000
 
 // Two passes: the exact size first, then the bytes written in place (a
 // document's text runs to megabytes; appending byte by byte costs several
-// times as much).
+// times as much). Text that is all ASCII, as most documents are, is copied
+// in a loop the compiler vectorises.
 void AppendUtf8(std::string& out, const wchar_t* text, size_t length) {
+  bool ascii = true;
+  for (size_t i = 0; i < length; ++i) ascii &= static_cast<unsigned>(text[i]) < 0x80;
+  const size_t start = out.size();
+  if (ascii) {
+    out.resize(start + length);
+    char* at = out.data() + start;
+    for (size_t i = 0; i < length; ++i) at[i] = static_cast<char>(text[i]);
+    return;
+  }
   size_t bytes = 0;
   for (size_t i = 0; i < length; ++i) bytes += Utf8Length(ScalarOrReplacement(text[i]));
-  const size_t start = out.size();
   out.resize(start + bytes);
   char* at = out.data() + start;
   for (size_t i = 0; i < length; ++i) {
