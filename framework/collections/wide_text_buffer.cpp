@@ -19,6 +19,12 @@ void WideTextBuffer::clear() {
   if (m_Data) m_Data[0] = L'\0';
 }
 
+void WideTextBuffer::Truncate(size_t length) {
+  if (length >= m_Size) return;
+  m_Size = length;
+  m_Data[m_Size] = L'\0';
+}
+
 void WideTextBuffer::AppendOwn(size_t start, size_t length) {
   wchar_t* out = Extend(length);  // may move the text: read it only afterwards
   std::copy_n(m_Data + start, length, out);

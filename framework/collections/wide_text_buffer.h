@@ -25,15 +25,17 @@ class WideTextBuffer {
   wchar_t back() const { return m_Data[m_Size - 1]; }
 
   void clear();
+  // Keeps the first `length` characters (no more than there are).
+  void Truncate(size_t length);
   void Append(const wchar_t* text, size_t length) { std::copy_n(text, length, Extend(length)); }
   void Append(wchar_t c) { *Extend(1) = c; }
   void AppendRepeated(size_t count, wchar_t c) { std::fill_n(Extend(count), count, c); }
   // Appends `length` characters of this text itself, from `start`.
   void AppendOwn(size_t start, size_t length);
+  // Adds `count` characters at the end, for the caller to write, and returns where they begin.
+  wchar_t* Extend(size_t count);
 
  private:
-  // Adds `count` characters at the end (to be written by the caller) and returns where they begin.
-  wchar_t* Extend(size_t count);
 
   wchar_t* m_Data = nullptr;
   size_t m_Size = 0;

@@ -35,22 +35,47 @@ bool StandsForItself(wchar_t c) {
 
 }  // namespace
 
+const WideTextBuffer& XMLTextWriter::Text() {
+  MakeWide();
+  return m_Text;
+}
+
+void XMLTextWriter::MakeWide() {
+  if (!m_Pending) return;
+  m_Text.clear();  // a conversion cut short by a failed allocation starts again
+  AppendWideOfUtf8(m_Text, m_PendingUtf8);
+  m_Pending = false;
+  std::string().swap(m_PendingUtf8);
+}
+
 void XMLTextWriter::Assign(const wchar_t* text, size_t length) {
   m_Text.clear();
   if (text) m_Text.Append(text, length);
+  m_Pending = false;
+  std::string().swap(m_PendingUtf8);
+  m_Open.clear();
+}
+
+void XMLTextWriter::AssignUtf8(std::string utf8) {
+  m_Text.clear();
+  m_PendingUtf8 = std::move(utf8);
+  m_Pending = true;
   m_Open.clear();
 }
 
 void XMLTextWriter::AppendRaw(const wchar_t* text, size_t length) {
+  MakeWide();
   if (text) m_Text.Append(text, length);
 }
 
 void XMLTextWriter::Begin(tagREFString name) {
+  MakeWide();
   const TagSpan tag = StartTag(name);
   m_Open.push_back(OpenElement{tag, false});
 }
 
 void XMLTextWriter::TextElement(tagREFString name, tagREFString text) {
+  MakeWide();
   const TagSpan tag = StartTag(name);
   AppendEscaped(text);
   EndTag(tag);

@@ -86,6 +86,31 @@ TEST(XMLStreamTest, AnElementClosedAfterManyChildrenKeepsItsName) {
   EXPECT_EQ(ChildNames(outer.get()).size(), static_cast<size_t>(kChildren));
 }
 
+// A loaded text is handed back exactly, read as bytes and extended by raw
+// text, whatever its characters: ASCII, beyond ASCII and beyond 16 bits, and
+// characters no UTF-8 form holds (a lone surrogate, a code above U+10FFFF).
+TEST(XMLStreamTest, LoadedTextIsHandedBackExactly) {
+  const std::wstring cases[] = {
+      L"", L"<a>plain</a>", L"<a>\u00E9 \u4E2D \U0001F600</a>",
+      std::wstring(L"<a>x") + static_cast<wchar_t>(0xD800) + L"</a>",
+      std::wstring(L"<a>") + static_cast<wchar_t>(0x110000) + L"</a>",
+  };
+  for (const std::wstring& text : cases) {
+    SCOPED_TRACE(testing::PrintToString(text));
+    HRESULT loaded = E_FAIL;
+    SmartPtr<IXMLStream> stream = XMLStreamOn(text, &loaded);
+    ASSERT_EQ(loaded, S_OK);
+    std::wstring read(text.size() + 1, L'?');
+    int32_t bytesRead = 0;
+    const int32_t wanted = static_cast<int32_t>(read.size() * sizeof(wchar_t));
+    ASSERT_EQ(QueryAs<IDataStream>(stream.get())->Read(read.data(), wanted, &bytesRead), S_OK);
+    EXPECT_EQ(read.substr(0, static_cast<size_t>(bytesRead) / sizeof(wchar_t)), text);
+    EXPECT_EQ(XMLTextOf(stream.get()), text);
+    stream->WriteRawText(L"<!--z-->", -1, 0);
+    EXPECT_EQ(XMLTextOf(stream.get()), text + L"<!--z-->");
+  }
+}
+
 // Indentation stops at 32 levels, so deep nesting costs a bounded amount per element. For 10,000
 // nested "e": each start tag is "<e>" after a line break (but the first) and min(depth, 32) * 2
 // blanks; each end tag but the innermost adds a line break and the same blanks, the outermost a
