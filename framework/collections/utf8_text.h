@@ -1,4 +1,4 @@
-// Wide text to UTF-8, for the XML parser and the byte streams.
+// Wide text to UTF-8 and back, for the XML parser and the byte streams.
 #pragma once
 
 #include <cstddef>
