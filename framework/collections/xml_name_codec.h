@@ -12,8 +12,10 @@
 #include <string>
 
 #include "base_types.h"
+#include "wide_text_buffer.h"
 
-std::wstring EncodeXMLName(tagREFString name);
+// Appends the encoded form of `name` to `out`.
+void AppendEncodedXMLName(WideTextBuffer& out, tagREFString name);
 
 // The name an encoded name stands for; text that is no escape stays as it is.
-std::wstring DecodeXMLName(const std::wstring& encoded);
+std::wstring DecodeXMLName(std::wstring encoded);

@@ -2,6 +2,7 @@
 #include "xml_read_cursor.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "result_codes.h"
 #include "utf8_text.h"
@@ -38,9 +39,15 @@ int32_t CharacterOffset(const std::string& utf8, ptrdiff_t offset) {
 
 HRESULT ParseXMLText(const wchar_t* text, size_t length, std::shared_ptr<XMLParsedDocument>* parsed,
                      int32_t* errorOffset) {
+  std::string utf8;
+  AppendUtf8(utf8, text, length);
+  return ParseXMLUtf8(std::move(utf8), parsed, errorOffset);
+}
+
+HRESULT ParseXMLUtf8(std::string utf8, std::shared_ptr<XMLParsedDocument>* parsed, int32_t* errorOffset) {
   *errorOffset = -1;
   auto document = std::make_shared<XMLParsedDocument>();
-  AppendUtf8(document->source, text, length);
+  document->source = std::move(utf8);
   const pugi::xml_parse_result result = document->document.load_buffer_inplace(
       document->source.data(), document->source.size(), kParseOptions, pugi::encoding_utf8);
   // A text without an element (empty, or the prolog alone) is a document without children.
@@ -64,6 +71,8 @@ std::wstring XMLChildName(pugi::xml_node child) {
 
 std::wstring XMLChildText(pugi::xml_node child) {
   if (child.type() == pugi::node_pi) return pugi::as_wide(child.value());
+  const pugi::xml_node first = child.first_child();
+  if (first.type() == pugi::node_pcdata && !first.next_sibling()) return pugi::as_wide(first.value());  // most elements
   std::string text;
   for (pugi::xml_node part = child.first_child(); part; part = part.next_sibling()) {
     if (part.type() == pugi::node_pcdata || part.type() == pugi::node_cdata) text += part.value();

@@ -24,6 +24,8 @@ struct XMLParsedDocument {
 // character offset of the error.
 HRESULT ParseXMLText(const wchar_t* text, size_t length, std::shared_ptr<XMLParsedDocument>* parsed,
                      int32_t* errorOffset);
+// The same for the text's UTF-8 form, which the document takes over.
+HRESULT ParseXMLUtf8(std::string utf8, std::shared_ptr<XMLParsedDocument>* parsed, int32_t* errorOffset);
 
 // The name a child is read under.
 std::wstring XMLChildName(pugi::xml_node child);

@@ -7,6 +7,7 @@
 
 #include "runtime/module_loader.h"
 #include "string_result.h"
+#include "utf8_text.h"
 
 namespace {
 
@@ -47,11 +48,16 @@ HRESULT CXMLStreamBase<Self>::LoadContent(const void* data, int32_t byteCount, i
   return GuardedCall([&] {
     const wchar_t* text = static_cast<const wchar_t*>(data);
     const size_t length = TerminatedLength(text, byteCount);
-    m_Writer.Assign(text, length);
+    std::string utf8;
+    if (AppendUtf8(utf8, text, length)) {
+      m_Writer.AssignUtf8(utf8);  // the parser takes its own copy over (and changes it)
+    } else {
+      m_Writer.Assign(text, length);  // UTF-8 would not give this text back
+    }
     m_ReadStale = false;
     m_ReadPosition = 0;
     std::shared_ptr<XMLParsedDocument> parsed;
-    const HRESULT result = ParseXMLText(m_Writer.Text().data(), length, &parsed, &m_ErrorOffset);
+    const HRESULT result = ParseXMLUtf8(std::move(utf8), &parsed, &m_ErrorOffset);
     if (parsed) {
       pugi::xml_node root = parsed->document;
       m_Reader.Reset(std::move(parsed), root);
@@ -80,11 +86,13 @@ HRESULT CXMLStreamBase<Self>::StepOver() {
 template <class Self>
 HRESULT CXMLStreamBase<Self>::GetTextBuffer(void** data, int32_t* byteCount) {
   if (!data || !byteCount) return E_POINTER;
-  const std::wstring& text = m_Writer.Text();
-  if (text.size() > static_cast<size_t>(INT32_MAX) / sizeof(wchar_t)) return E_FAIL;
-  *data = const_cast<wchar_t*>(text.c_str());
-  *byteCount = static_cast<int32_t>(text.size() * sizeof(wchar_t));
-  return S_OK;
+  return GuardedCall([&] {
+    const WideTextBuffer& text = m_Writer.Text();
+    if (text.size() > static_cast<size_t>(INT32_MAX) / sizeof(wchar_t)) return E_FAIL;
+    *data = const_cast<wchar_t*>(text.data());
+    *byteCount = static_cast<int32_t>(text.size() * sizeof(wchar_t));
+    return S_OK;
+  });
 }
 
 template <class Self>
@@ -227,14 +235,16 @@ HRESULT CXMLStreamBase<Self>::Read(void* data, int32_t byteCount, int32_t* bytes
   *bytesRead = 0;
   if (byteCount < 0) return E_INVALIDARG;
   if (!data && byteCount > 0) return E_POINTER;
-  const std::wstring& text = m_Writer.Text();
-  const size_t size = text.size() * sizeof(wchar_t);
-  const size_t position = std::min(m_ReadPosition, size);
-  const size_t count = std::min(static_cast<size_t>(byteCount), size - position);
-  if (count > 0) std::memcpy(data, reinterpret_cast<const char*>(text.data()) + position, count);
-  m_ReadPosition = position + count;
-  *bytesRead = static_cast<int32_t>(count);
-  return S_OK;
+  return GuardedCall([&] {
+    const WideTextBuffer& text = m_Writer.Text();
+    const size_t size = text.size() * sizeof(wchar_t);
+    const size_t position = std::min(m_ReadPosition, size);
+    const size_t count = std::min(static_cast<size_t>(byteCount), size - position);
+    if (count > 0) std::memcpy(data, reinterpret_cast<const char*>(text.data()) + position, count);
+    m_ReadPosition = position + count;
+    *bytesRead = static_cast<int32_t>(count);
+    return S_OK;
+  });
 }
 
 template <class Self>
@@ -252,7 +262,8 @@ void CXMLStreamBase<Self>::PrepareReading() {
   if (!m_ReadStale) return;
   m_ReadStale = false;
   std::shared_ptr<XMLParsedDocument> parsed;
-  ParseXMLText(m_Writer.Text().data(), m_Writer.Text().size(), &parsed, &m_ErrorOffset);
+  const WideTextBuffer& text = m_Writer.Text();
+  ParseXMLText(text.data(), text.size(), &parsed, &m_ErrorOffset);
   if (!parsed) {
     m_Reader.Clear();
     return;

@@ -16,14 +16,20 @@
 #include <vector>
 
 #include "base_types.h"
+#include "wide_text_buffer.h"
 
 class XMLTextWriter {
  public:
-  const std::wstring& Text() const { return m_Text; }
+  // The whole text (made from the UTF-8 form kept by AssignUtf8 on first need).
+  const WideTextBuffer& Text();
   void SetLean(bool lean) { m_Lean = lean; }
 
   // Replaces the whole text; no element is open afterwards.
   void Assign(const wchar_t* text, size_t length);
+  // Replaces the whole text by the characters of `utf8` (well-formed), kept
+  // in that form until the wide text is asked for: a loaded document's text
+  // is often never asked for, and as UTF-8 it takes a quarter of the memory.
+  void AssignUtf8(std::string utf8);
   void AppendRaw(const wchar_t* text, size_t length);
   void Begin(tagREFString name);
   void TextElement(tagREFString name, tagREFString text);
@@ -31,18 +37,29 @@ class XMLTextWriter {
   bool End();
 
  private:
+  // Turns text kept as UTF-8 into the wide text; before any change to the text.
+  void MakeWide();
+
+  // Where an element's encoded name stands in the text (after its "<"), so
+  // the end tag copies it from there.
+  struct TagSpan {
+    size_t start;
+    size_t length;
+  };
   struct OpenElement {
-    std::wstring tag;
+    TagSpan tag;
     bool holdsElements;
   };
 
   // Starts a new line at the current depth (unless lean) and writes "<tag>".
-  void StartTag(const std::wstring& tag);
-  void EndTag(const std::wstring& tag);
+  TagSpan StartTag(tagREFString name);
+  void EndTag(TagSpan tag);
   void Indent(size_t depth);
   void AppendEscaped(tagREFString text);
 
-  std::wstring m_Text;
+  WideTextBuffer m_Text;
+  std::string m_PendingUtf8;  // the text, while m_Pending
+  bool m_Pending = false;
   std::vector<OpenElement> m_Open;
   bool m_Lean = false;
 };

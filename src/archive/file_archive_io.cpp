@@ -8,8 +8,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <new>
-#include <vector>
 
 #include "archive/regular_file.h"
 
@@ -20,6 +18,7 @@ constexpr unsigned kTwoByteLimit = 2047;              // below: two bytes (0x7FF
 constexpr unsigned kThreeByteLimit = 65535;           // below: three bytes (0xFFFF itself takes four)
 constexpr size_t kDetectBytes = 8;                    // bytes looked at to tell the encoding
 constexpr size_t kSlack = 10;                         // spare elements after every buffer
+constexpr size_t kWriteChunkBytes = 64 * 1024;        // text is encoded and written this much at a time
 
 // Closes the file when the reader leaves, whichever way.
 struct FileCloser {
@@ -147,6 +146,31 @@ HRESULT DecodeText(const unsigned char* bytes, size_t count, int16_t textMode, v
   return DecodeUtf8(bytes, count, data, length);
 }
 
+// Hands `write` the wide text at `text` (`characters` of them) as 16-bit
+// little-endian units, each character cut to its low 16 bits, after a
+// byte-order mark if asked; a chunk at a time, so that a large text needs no
+// second buffer of its whole size. False as soon as `write` fails.
+template <class Write>
+bool WriteUtf16Units(const unsigned char* text, size_t characters, bool byteOrderMark, const Write& write) {
+  unsigned char chunk[kWriteChunkBytes];
+  size_t filled = 0;
+  if (byteOrderMark) {
+    chunk[filled++] = 0xFF;
+    chunk[filled++] = 0xFE;
+  }
+  for (size_t i = 0; i < characters; ++i) {
+    wchar_t c;
+    std::memcpy(&c, text + i * sizeof(wchar_t), sizeof(c));  // the text need not be aligned
+    chunk[filled++] = static_cast<unsigned char>(c & 0xFF);
+    chunk[filled++] = static_cast<unsigned char>(c >> 8 & 0xFF);
+    if (filled == kWriteChunkBytes) {
+      if (!write(chunk, filled)) return false;
+      filled = 0;
+    }
+  }
+  return filled == 0 || write(chunk, filled);
+}
+
 size_t FileSize(FILE* file) {
   if (std::fseek(file, 0, SEEK_END) != 0) return 0;
   const long size = std::ftell(file);
@@ -231,38 +255,32 @@ HRESULT FileArchiveSave(tagREFString name, const unsigned char* data, unsigned i
   if (!data && length > 0) return E_POINTER;
   char path[kFileArchivePathSize];
   FileArchivePath(name, path);
+  // Wide text of `length` bytes becomes one 16-bit unit per character, with a mark unless appending.
+  const size_t characters = length / sizeof(wchar_t);
+  const bool byteOrderMark = asText && !append;
+  const size_t size = asText ? (byteOrderMark ? 2 : 0) + 2 * characters : length;
 
-  std::vector<unsigned char> units;
-  if (asText) {
-    // Wide text of `length` bytes; each character becomes one 16-bit unit.
-    const size_t characters = length / sizeof(wchar_t);
-    try {
-      units.reserve(2 + 2 * characters);
-    } catch (const std::bad_alloc&) {
-      return E_OUTOFMEMORY;
+  if (!append) {
+    if (size == 0) return E_FAIL;
+    // Replacing goes through a temporary file, so a failed save never damages the old file.
+    ReplacingFileWriter file(path);
+    const auto write = [&file](const void* bytes, size_t count) { return file.Write(bytes, count); };
+    if (asText) {
+      WriteUtf16Units(data, characters, byteOrderMark, write);
+    } else {
+      write(data, size);
     }
-    if (!append) units.insert(units.end(), {0xFF, 0xFE});
-    const size_t start = units.size();
-    units.resize(start + 2 * characters);
-    unsigned char* unit = units.data() + start;
-    const wchar_t* text = reinterpret_cast<const wchar_t*>(data);
-    for (size_t i = 0; i < characters; ++i, unit += 2) {
-      wchar_t c;
-      std::memcpy(&c, text + i, sizeof(c));
-      unit[0] = static_cast<unsigned char>(c & 0xFF);
-      unit[1] = static_cast<unsigned char>(c >> 8 & 0xFF);
-    }
+    return file.Commit();
   }
-
-  const unsigned char* bytes = asText ? units.data() : data;
-  const size_t size = asText ? units.size() : length;
-  // Replacing goes through a temporary file, so a failed save never damages the old file.
-  if (!append) return size > 0 ? WriteFileReplacing(path, bytes, size) : E_FAIL;
   std::unique_ptr<FILE, FileCloser> file(std::fopen(path, "ab"));
   if (!file) return E_FAIL;
-  const size_t written = size > 0 ? std::fwrite(bytes, 1, size, file.get()) : 0;
+  const auto write = [&file](const void* bytes, size_t count) {
+    return std::fwrite(bytes, 1, count, file.get()) == count;
+  };
+  const bool written =
+      size > 0 && (asText ? WriteUtf16Units(data, characters, byteOrderMark, write) : write(data, size));
   if (std::fclose(file.release()) != 0) return E_FAIL;
-  return written == size && written > 0 ? S_OK : E_FAIL;
+  return written ? S_OK : E_FAIL;
 }
 
 void FileArchiveFree(void* data) { std::free(data); }

@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <string>
 
 namespace {
 
@@ -34,17 +33,55 @@ bool WriteAll(int fd, const unsigned char* data, size_t size) {
 
 }  // namespace
 
-HRESULT WriteFileReplacing(const char* path, const void* data, size_t size) {
-  if (!path || !*path) return E_FAIL;
-  std::string temporary = std::string(path) + ".tmpXXXXXX";
-  const int fd = mkstemp(temporary.data());
-  if (fd < 0) return E_FAIL;
+ReplacingFileWriter::ReplacingFileWriter(const char* path) {
+  if (!path || !*path) {
+    m_Failed = true;
+    return;
+  }
+  m_Path = path;
+  m_Temporary = m_Path + ".tmpXXXXXX";
+  m_Descriptor = mkstemp(m_Temporary.data());
+  if (m_Descriptor < 0) {
+    m_Temporary.clear();  // nothing was created
+    m_Failed = true;
+    return;
+  }
   struct stat existing {};
   const mode_t mode = stat(path, &existing) == 0 ? (existing.st_mode & 07777) : NewFileMode();
-  bool complete = fchmod(fd, mode) == 0 && WriteAll(fd, static_cast<const unsigned char*>(data), size) &&
-                  fsync(fd) == 0;
-  complete = close(fd) == 0 && complete;
-  if (complete && std::rename(temporary.c_str(), path) == 0) return S_OK;
-  unlink(temporary.c_str());
+  if (fchmod(m_Descriptor, mode) != 0) Discard();
+}
+
+ReplacingFileWriter::~ReplacingFileWriter() { Discard(); }
+
+bool ReplacingFileWriter::Write(const void* data, size_t size) {
+  if (m_Failed) return false;
+  if (!WriteAll(m_Descriptor, static_cast<const unsigned char*>(data), size)) Discard();
+  return !m_Failed;
+}
+
+HRESULT ReplacingFileWriter::Commit() {
+  if (m_Failed) return E_FAIL;
+  const bool flushed = fsync(m_Descriptor) == 0;
+  const bool closed = close(m_Descriptor) == 0;
+  m_Descriptor = -1;
+  if (flushed && closed && std::rename(m_Temporary.c_str(), m_Path.c_str()) == 0) {
+    m_Temporary.clear();  // it is the file now
+    return S_OK;
+  }
+  Discard();
   return E_FAIL;
+}
+
+void ReplacingFileWriter::Discard() {
+  m_Failed = true;
+  if (m_Descriptor >= 0) close(m_Descriptor);
+  m_Descriptor = -1;
+  if (!m_Temporary.empty()) unlink(m_Temporary.c_str());
+  m_Temporary.clear();
+}
+
+HRESULT WriteFileReplacing(const char* path, const void* data, size_t size) {
+  ReplacingFileWriter file(path);
+  file.Write(data, size);
+  return file.Commit();
 }

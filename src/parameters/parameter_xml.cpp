@@ -14,9 +14,11 @@ constexpr tagREFString kValueName{5, L"Value"};
 constexpr tagREFString kFlagsName{5, L"Flags"};
 constexpr tagREFString kDescriptorName{14, L"ItemDescriptor"};
 
-// "#%06X" below 0x1000000, "#%X" above.
-SmartPtr<IString> FlagsText(int32_t flags) {
-  return SmartPtr<IString>::Adopt(ISCreateHex(static_cast<uint32_t>(flags)));
+// Writes an element holding "#" and the hexadecimal digits of `value` (at least six).
+void WriteHexElement(IXMLStream* xml, tagREFString name, uint32_t value) {
+  NumberText text;
+  text.SetHex(value);
+  xml->WriteElement(name, 0, text.view(), 0);
 }
 
 // Holds the set's lock for a consistent pass over its parameters.
@@ -62,23 +64,21 @@ void WriteParameter(IParameters* set, IXMLStream* xml, IDataStream* stream, int3
     }
     if (flags & kParamFlagLeanHidden) persist.Reset();
     if (flags == kParamFlagColour && !persist && value && value->GetType() != kVariantNotNumber) {
-      SmartPtr<IString> hex =
-          SmartPtr<IString>::Adopt(ISCreateHex(SwapColourBytes(static_cast<uint32_t>(value->GetLong()))));
-      xml->WriteElement(element, 0, TextView(hex.get()), 0);
+      WriteHexElement(xml, element, SwapColourBytes(static_cast<uint32_t>(value->GetLong())));
       return;
     }
     const int32_t low = flags & 0xF;
     if (low == 3 || low == 5 || low == 6 || flags == 9) flags = 0;  // kinds that lean output leaves implicit
   }
 
-  SmartPtr<IString> text = ValueText(value.get());
+  const VariantText text(value.get());
   if (!persist && flags == 0) {
-    xml->WriteElement(element, 0, TextView(text.get()), 0);
+    xml->WriteElement(element, 0, text.view(), 0);
     return;
   }
   xml->BeginElement(element, 0, 0);
-  xml->WriteElement(kValueName, 0, TextView(text.get()), 0);
-  if (flags) xml->WriteElement(kFlagsName, 0, TextView(FlagsText(flags).get()), 0);
+  xml->WriteElement(kValueName, 0, text.view(), 0);
+  if (flags) WriteHexElement(xml, kFlagsName, static_cast<uint32_t>(flags));
   if (persist) WriteObjectElement(xml, stream, persist.get(), saveFlags);
   xml->EndElement();
 }
@@ -191,7 +191,7 @@ HRESULT ParamsSaveXMLUnk(IParameters* set, IDataStream* stream, int32_t flags) {
     set->get_ItemFlags(i, &itemFlags);
     const ItemNameText element(name.get(), i);
     xml->BeginElement(element.view(), 0, 0);
-    if (itemFlags) xml->WriteElement(kFlagsName, 0, TextView(FlagsText(itemFlags).get()), 0);
+    if (itemFlags) WriteHexElement(xml.get(), kFlagsName, static_cast<uint32_t>(itemFlags));
     WriteObjectElement(xml.get(), stream, persist.get(), flags);
     if (SmartPtr<IDataPersist> descriptorPersist = QueryAs<IDataPersist>(descriptor.get())) {
       xml->BeginElement(kDescriptorName, 0, 0);

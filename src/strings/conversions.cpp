@@ -1,25 +1,17 @@
 // Conversions between text, numbers, framework strings and variants.
 #include "strings/conversions.h"
 
-#include <algorithm>
 #include <cctype>
-#include <charconv>
-#include <cmath>
-#include <cstdio>
+#include <cwchar>
 #include <cwctype>
 #include <limits>
-#include <memory>
 
 #include "runtime/smart_ptr.h"
-#include "strings/c_locale.h"
 
 namespace {
 
-// Formatting goes through a buffer of this many wide characters.
-constexpr unsigned kFormatBufferLength = 256;
 constexpr int16_t kPrecisionAutomatic = -1;
 constexpr int16_t kPrecisionHex = -16;
-constexpr uint32_t kLargeHexFrom = 0x1000000;  // from here on the hexadecimal form has more than six digits
 constexpr uint64_t kMaxFractionDenominator = 999999999999999999ULL;  // at most 18 fraction digits
 constexpr int32_t kLongIntegerTextLength = 10;  // integer texts this long stay texts
 
@@ -66,48 +58,17 @@ NumberKind PlainNumberKind(tagREFString text) {
   return text.length < kLongIntegerTextLength ? NumberKind::kInteger : NumberKind::kNone;
 }
 
-// The smallest count of decimals (0 to 8) that shows the value within 1e-8, else 9.
-// Only the fraction is looked at, not its distance to the next integer, so a
-// value whose scaled product falls just under a whole number gets more
-// decimals than it needs (0.29 prints as "0.290"): intended, it is how numbers
-// have always been written to files.
-int AutomaticDecimals(double value) {
-  static constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
-  const double magnitude = std::fabs(value);
-  for (int k = 0; k < 9; ++k) {
-    double whole = 0;
-    if (std::modf(magnitude * kPowersOfTen[k], &whole) < 1e-8) return k;
+// A number variant's text with `precision` decimals (-1 automatic), read as `kind`.
+IString* NumberVariantText(IVariant* value, int32_t kind, int16_t precision) {
+  NumberText text;
+  if ((precision == 0 || precision == kPrecisionAutomatic) && kind == kVariantInteger) {
+    text.SetInteger(value->GetLong());
+  } else if (precision >= 0) {
+    text.SetFixedPoint(value->GetDouble(), precision);
+  } else {
+    text.SetAutomatic(value->GetDouble());
   }
-  return 9;
-}
-
-// Fixed-point text with `decimals` decimals, as printf's "%.*f" writes it in
-// the "C" locale: the decimal point is always ".", which is what every reader
-// of these texts expects. std::to_chars formats it (printf costs several times
-// as much, and saving a large set formats every value). Texts longer than the
-// usual buffer (huge values or many decimals) go through printf with a buffer
-// of their own rather than failing.
-IString* FixedPointText(double value, int decimals) {
-  char narrow[kFormatBufferLength];
-  const std::to_chars_result written =
-      std::to_chars(narrow, narrow + kFormatBufferLength, value, std::chars_format::fixed, decimals);
-  if (written.ec == std::errc()) {
-    wchar_t wide[kFormatBufferLength];
-    std::copy(narrow, written.ptr, wide);  // digits, sign, point, "inf" or "nan": ASCII only
-    return StringOfBuffer(wide, static_cast<int>(written.ptr - narrow));
-  }
-  CLocaleScope numbersAsInC;  // printf follows the process locale
-  const int needed = std::snprintf(nullptr, 0, "%.*f", decimals, value);
-  wchar_t small[kFormatBufferLength];
-  std::unique_ptr<wchar_t[]> large;
-  wchar_t* buffer = small;
-  unsigned size = kFormatBufferLength;
-  if (needed >= static_cast<int>(size)) {
-    size = static_cast<unsigned>(needed) + 1;
-    large = std::make_unique<wchar_t[]>(size);
-    buffer = large.get();
-  }
-  return StringOfBuffer(buffer, _swprintf(buffer, size, L"%.*f", decimals, value));
+  return StringOfView(text.view());
 }
 
 // Eight "0"/"1" characters of one byte of `value`, most significant bit first.
@@ -178,32 +139,53 @@ IString* ISCreate(const char* text, int32_t length) {
 }
 
 IString* ISCreate(int32_t value) {
-  wchar_t buffer[kFormatBufferLength];
-  return StringOfBuffer(buffer, _swprintf(buffer, kFormatBufferLength, L"%i", value));
+  NumberText text;
+  text.SetInteger(value);
+  return StringOfView(text.view());
 }
 
 IString* ISCreateHex(uint32_t value) {
-  wchar_t buffer[kFormatBufferLength];
-  const wchar_t* format = value < kLargeHexFrom ? L"#%06X" : L"#%X";
-  return StringOfBuffer(buffer, _swprintf(buffer, kFormatBufferLength, format, value));
+  NumberText text;
+  text.SetHex(value);
+  return StringOfView(text.view());
+}
+
+VariantText::VariantText(IVariant* value) {
+  if (!value) return;
+  if (value->IsString()) {
+    value->GetString(m_String.Receive());
+    m_View = ViewOf(m_String.get());
+    return;
+  }
+  const int32_t kind = value->GetType();
+  if (kind == kVariantInteger) {
+    m_Number.SetInteger(value->GetLong());
+    m_View = m_Number.view();
+    return;
+  }
+  if (kind != kVariantNotNumber) {
+    m_Number.SetAutomatic(value->GetDouble());
+    m_View = m_Number.view();
+    return;
+  }
+  // An object (or nothing): the object's class name, else an empty text.
+  if (value->IsObject()) value->GetObject(m_Object.Receive());
+  tagREFString name{0, nullptr};
+  if (SmartPtr<IObjectInfo> info = QueryAs<IObjectInfo>(m_Object.get())) {
+    if (SUCCEEDED(info->GetName(0, &name)) && name.text && name.length > 0) m_View = CREFString(name);
+  }
 }
 
 IString* ISCreate(IVariant* value) {
   if (!value) return nullptr;
   if (value->IsString()) {
+    // The variant's own string itself, not a copy.
     SmartPtr<IString> text;
     value->GetString(text.Receive());
     return text ? text.Detach() : StringOfView({0, nullptr});
   }
-  if (value->GetType() != kVariantNotNumber) return ISCreate(value, kPrecisionAutomatic);
-  // An object (or nothing): the object's class name, else an empty text.
-  tagREFString name{0, nullptr};
-  SmartPtr<IUnknown> object;
-  if (value->IsObject()) value->GetObject(object.Receive());
-  if (SmartPtr<IObjectInfo> info = QueryAs<IObjectInfo>(object.get())) {
-    if (FAILED(info->GetName(0, &name))) name = {0, nullptr};
-  }
-  return StringOfView(name);
+  const VariantText text(value);
+  return StringOfView(text.view());
 }
 
 IString* ISCreate(IVariant* value, int16_t precision) {
@@ -223,12 +205,7 @@ IString* ISCreate(IVariant* value, int16_t precision) {
       case NumberKind::kNone: return text ? text.Detach() : StringOfView({0, nullptr});
     }
   }
-  if ((precision == 0 || precision == kPrecisionAutomatic) && kind == kVariantInteger) {
-    wchar_t buffer[kFormatBufferLength];
-    return StringOfBuffer(buffer, _swprintf(buffer, kFormatBufferLength, L"%d", value->GetLong()));
-  }
-  const double number = value->GetDouble();
-  return FixedPointText(number, precision >= 0 ? precision : AutomaticDecimals(number));
+  return NumberVariantText(value, kind, precision);
 }
 
 IVariant* IVCreate(IString* text) {

@@ -11,6 +11,8 @@
 // text gives 0 or the value read so far).
 #pragma once
 
+#include "runtime/smart_ptr.h"
+#include "strings/number_text.h"
 #include "strings/ref_string.h"
 
 // A string from a terminated wide text (null gives an empty string).
@@ -26,6 +28,24 @@ IString* ISCreateHex(uint32_t value);
 // The text of any variant: its own string, an object's class name, or the number
 // formatted with automatic decimals. Null for a null variant.
 IString* ISCreate(IVariant* value);
+// The text of any variant exactly as ISCreate(IVariant*) gives it, without
+// making a string object: a number is formatted into this object's own
+// buffer, a text is a view of the variant's string and a class name a view of
+// the object's name, both held while this lives. Empty for a null variant.
+// For writers that pass a value's text on and drop it.
+class VariantText {
+ public:
+  explicit VariantText(IVariant* value);
+  VariantText(const VariantText&) = delete;
+  VariantText& operator=(const VariantText&) = delete;
+  const CREFString& view() const { return m_View; }
+
+ private:
+  NumberText m_Number;
+  SmartPtr<IString> m_String;
+  SmartPtr<IUnknown> m_Object;
+  CREFString m_View;
+};
 // The text of a variant with `precision` decimals (-1 automatic), or a special
 // form: -16 "#RRGGBB", other values below -1 eight binary digits of one byte.
 IString* ISCreate(IVariant* value, int16_t precision);

@@ -122,6 +122,25 @@ TEST_F(FileArchiveIOTest, TextIsSavedAsUtf16WithAMark) {
   EXPECT_EQ(FileBytes(m_Folder + "/empty.xml"), "\xFF\xFE");
 }
 
+// Text is encoded and written a piece at a time: a text of many pieces comes out
+// whole, unit for unit, replacing and appending alike.
+TEST_F(FileArchiveIOTest, LongTextIsWrittenWhole) {
+  std::wstring text(100000, L'\0');
+  for (size_t i = 0; i < text.size(); ++i) text[i] = static_cast<wchar_t>(i % 7 == 0 ? 0x10000 + i : 0x41 + i % 26);
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+  const unsigned int size = static_cast<unsigned int>(text.size() * sizeof(wchar_t));
+  std::string units;
+  for (wchar_t c : text) units += {static_cast<char>(c & 0xFF), static_cast<char>(c >> 8 & 0xFF)};
+  ASSERT_EQ(FileArchiveSave(Ref(PathOf("long.xml")), bytes, size, 1, 0), S_OK);
+  const std::string saved = FileBytes(m_Folder + "/long.xml");
+  ASSERT_EQ(saved.size(), 200002u);
+  EXPECT_EQ(saved, "\xFF\xFE" + units);
+  // Characters 32766 ("G") and 32767 (U+17FFF, cut to U+7FFF) on either side of a 64 KB boundary.
+  EXPECT_EQ(saved.substr(65534, 4), std::string("\x47\0\xFF\x7F", 4));
+  ASSERT_EQ(FileArchiveSave(Ref(PathOf("long.xml")), bytes, size, 1, 1), S_OK);
+  EXPECT_EQ(FileBytes(m_Folder + "/long.xml"), "\xFF\xFE" + units + units);
+}
+
 TEST_F(FileArchiveIOTest, FileNamesAreCutToFitIn256Bytes) {
   const auto repeat = [](const std::string& bytes, int count) {
     std::string text;

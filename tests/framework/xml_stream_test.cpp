@@ -64,6 +64,8 @@ TEST(XMLStreamTest, NamesAndTextsAreEscapedAndRoundTrip) {
       {L"&amp;", L"&#38; stays text", L"<_x0026_amp_x003B_>&amp;#38; stays text<"},
       {L"x y.z-1\u00B7", L"", L"<x_x0020_y.z-1\u00B7>"}, {L"-x", L"", L"<_x002D_x>"},
       {L"?not a pi", L"?", L"<_x003F_not_x0020_a_x0020_pi>"},
+      {L"ab cd ", L"&x&", L"<ab_x0020_cd_x0020_>&amp;x&amp;<"},
+      {L"a  b", L"<<>>", L"<a_x0020__x0020_b>&lt;&lt;&gt;&gt;<"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.name));
@@ -79,11 +81,53 @@ TEST(XMLStreamTest, NamesAndTextsAreEscapedAndRoundTrip) {
   EXPECT_EQ(XMLTextOf(stream.get()), L"<a>xy</a>\r\n") << "zero characters are left out";
 }
 
-// Indentation stops at 32 levels, so deep nesting costs a bounded amount per element. For 10,000 nested "e":
-// each start tag is "<e>" after a line break (but the first) and min(depth, 32) * 2 blanks; each end tag but
-// the innermost adds a line break and the same blanks, the outermost a final line break. The blanks come to 2 *
-// (528 + 32 * 9967) = 638,944 for the starts and 64 less for the ends: 30,000 + 19,998 + 638,944 + 40,000 +
-// 19,998 + 638,880 + 2 characters.
+// The end tag repeats the start tag's encoded name even when the text has been
+// moved to a larger buffer in between (tens of thousands of children).
+TEST(XMLStreamTest, AnElementClosedAfterManyChildrenKeepsItsName) {
+  SmartPtr<IXMLStream> stream = NewStream();
+  stream->BeginElement(RefOf(L"outer set"), 0, 0);
+  constexpr int kChildren = 50000;
+  for (int i = 0; i < kChildren; ++i) stream->WriteElement(RefOf(L"c"), 0, RefOf(L"1"), 0);
+  ASSERT_EQ(stream->EndElement(), S_OK);
+  const std::wstring written = XMLTextOf(stream.get());
+  // "<outer_x0020_set>" 17, each child "\r\n  <c>1</c>" 12, "\r\n</outer_x0020_set>\r\n" 22.
+  EXPECT_EQ(written.size(), 17u + 12u * kChildren + 22u);
+  EXPECT_EQ(written.substr(written.size() - 22), L"\r\n</outer_x0020_set>\r\n");
+  SmartPtr<IXMLStream> outer = ChildStream(XMLStreamOn(written).get(), L"outer set");
+  ASSERT_TRUE(outer);
+  EXPECT_EQ(ChildNames(outer.get()).size(), static_cast<size_t>(kChildren));
+}
+
+// A loaded text is handed back exactly, read as bytes and extended by raw
+// text, whatever its characters: ASCII, beyond ASCII and beyond 16 bits, and
+// characters no UTF-8 form holds (a lone surrogate, a code above U+10FFFF).
+TEST(XMLStreamTest, LoadedTextIsHandedBackExactly) {
+  const std::wstring cases[] = {
+      L"", L"<a>plain</a>", L"<a>\u00E9 \u4E2D \U0001F600</a>",
+      std::wstring(L"<a>x") + static_cast<wchar_t>(0xD800) + L"</a>",
+      std::wstring(L"<a>") + static_cast<wchar_t>(0x110000) + L"</a>",
+  };
+  for (const std::wstring& text : cases) {
+    SCOPED_TRACE(testing::PrintToString(text));
+    HRESULT loaded = E_FAIL;
+    SmartPtr<IXMLStream> stream = XMLStreamOn(text, &loaded);
+    ASSERT_EQ(loaded, S_OK);
+    std::wstring read(text.size() + 1, L'?');
+    int32_t bytesRead = 0;
+    const int32_t wanted = static_cast<int32_t>(read.size() * sizeof(wchar_t));
+    ASSERT_EQ(QueryAs<IDataStream>(stream.get())->Read(read.data(), wanted, &bytesRead), S_OK);
+    EXPECT_EQ(read.substr(0, static_cast<size_t>(bytesRead) / sizeof(wchar_t)), text);
+    EXPECT_EQ(XMLTextOf(stream.get()), text);
+    stream->WriteRawText(L"<!--z-->", -1, 0);
+    EXPECT_EQ(XMLTextOf(stream.get()), text + L"<!--z-->");
+  }
+}
+
+// Indentation stops at 32 levels, so deep nesting costs a bounded amount per element. For 10,000
+// nested "e": each start tag is "<e>" after a line break (but the first) and min(depth, 32) * 2
+// blanks; each end tag but the innermost adds a line break and the same blanks, the outermost a
+// final line break. The blanks come to 2 * (528 + 32 * 9967) = 638,944 for the starts and 64 less
+// for the ends: 30,000 + 19,998 + 638,944 + 40,000 + 19,998 + 638,880 + 2 characters.
 TEST(XMLStreamTest, DeepNestingIsIndentedAtMostThirtyTwoLevels) {
   constexpr int kDepth = 10000;
   SmartPtr<IXMLStream> stream = NewStream();

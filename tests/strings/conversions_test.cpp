@@ -22,6 +22,14 @@ TEST(ISCreateVariantPrecision, NumbersAndPlainNumberTexts) {
       // Fixed decimals, and the integer form of a long at precision 0 and -1.
       {MakeDouble(2.5), 2, L"2.50"}, {MakeDouble(2.7), 0, L"3"}, {MakeLong(7), 0, L"7"}, {MakeLong(-42), -1, L"-42"},
       {MakeLong(7), 2, L"7.00"},
+      // Values whose scaled product is whole are written from its digits; the others rounded as
+      // printf rounds the exact binary value (ties to even, 1.005 is just below 1.005).
+      {MakeDouble(0.0625), 4, L"0.0625"}, {MakeDouble(-7.0), 3, L"-7.000"}, {MakeDouble(-0.0), 2, L"-0.00"},
+      {MakeDouble(123.125), -1, L"123.125"}, {MakeDouble(0.1), -1, L"0.1"}, {MakeDouble(2.5), 0, L"2"},
+      {MakeDouble(3.5), 0, L"4"}, {MakeDouble(0.125), 2, L"0.12"}, {MakeDouble(1.005), 2, L"1.00"},
+      {MakeDouble(-1e-9), -1, L"-0"},  // within 1e-8 of a whole number: no decimals, sign kept
+      {MakeDouble(4503599627370495.5), 1, L"4503599627370495.5"}, {MakeDouble(1e22), -1, L"10000000000000000000000"},
+      {MakeDouble(HUGE_VAL), 2, L"inf"}, {MakeDouble(-HUGE_VAL), -1, L"-inf"},
       // -16 gives the hexadecimal form; other precisions below -1 one byte in binary.
       {MakeLong(255), -16, L"#0000FF"}, {MakeDouble(2.9), -16, L"#000002"}, {MakeLong(4660), -22, L"00010010"},
       {MakeLong(0x12345678), -42, L"00010010"}, {MakeLong(0x12345678), -24, L"00010010"},
@@ -73,7 +81,8 @@ TEST(ISCreateNumbers, DecimalAndHexadecimal) {
   EXPECT_EQ(L"42", Adopted(ISCreate(int32_t{42})));
   EXPECT_EQ(L"-2147483648", Adopted(ISCreate(INT32_MIN)));
   struct Case { uint32_t value; std::wstring expected; } cases[] = {
-      {255, L"#0000FF"}, {0xFFFFFF, L"#FFFFFF"}, {16777216, L"#1000000"}, {0xFFFFFFFFu, L"#FFFFFFFF"},
+      {0, L"#000000"}, {255, L"#0000FF"}, {0xABCDEF, L"#ABCDEF"}, {0xFFFFFF, L"#FFFFFF"}, {16777216, L"#1000000"},
+      {0xFFFFFFFFu, L"#FFFFFFFF"},
   };
   for (const Case& c : cases) EXPECT_EQ(c.expected, Adopted(ISCreateHex(c.value))) << c.value;
 }
