@@ -53,6 +53,15 @@ TEST(CompiledFormula, ReadsTheParametersAtEveryEvaluation) {
   EXPECT_EQ(ValueAfter(expression.get(), formula, set.get()), 20.5);
   set->Set(MakeString(L"a").get(), MakeDouble(12).get(), nullptr, 0, 0);
   EXPECT_EQ(ValueAfter(expression.get(), formula, set.get()), 24.5);
+  // Earlier parameters removed, renamed in place and renamed through the set move the names' places.
+  set->Remove(0);
+  EXPECT_EQ(ValueAfter(expression.get(), formula, set.get()), 20.5) << "a is gone";
+  SmartPtr<IString> name;
+  ASSERT_EQ(set->get_ItemName(0, name.Receive()), S_OK);
+  QueryAs<ICreatableString>(name.get())->SetText(Ref(L"c"));
+  EXPECT_EQ(ValueAfter(expression.get(), formula, set.get()), 10) << "b is now the first c";
+  ASSERT_EQ(set->Rename(1, MakeString(L"b").get()), S_OK);
+  EXPECT_EQ(ValueAfter(expression.get(), formula, set.get()), 11) << "the second c is now b";
   SmartPtr<IParametersCreatable> other = SetOf({{L"c", MakeDouble(-1)}});
   EXPECT_EQ(ValueAfter(expression.get(), formula, other.get()), -1);
   EXPECT_EQ(ValueAfter(expression.get(), formula, nullptr), 0);
