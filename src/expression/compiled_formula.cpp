@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "expression/formula_text.h"
+#include "runtime/scoped_count.h"
 #include "strings/conversions.h"
 
 namespace {
@@ -89,9 +90,6 @@ class FormulaProgram::Recorder final : public FormulaTrace {
 };
 
 double FormulaProgram::Record(tagREFString text, const ParameterReader& parameters) {
-  m_Program.clear();
-  m_StackDepth = 0;
-  m_Compiled = false;
   m_Text.assign(text.text ? text.text : L"", text.text ? static_cast<size_t>(std::max(0, text.length)) : 0);
   const tagREFString copy{static_cast<int32_t>(m_Text.size()), m_Text.c_str()};
   if (!CanCompile(copy)) return EvaluateFormulaText(copy, parameters);
@@ -144,16 +142,12 @@ double FormulaProgram::Run(const ParameterReader& parameters) const {
 }
 
 double CompiledFormula::Evaluate(IString* textObject, const ParameterReader& parameters) {
-  struct RunningCount {
-    int32_t& count;
-    explicit RunningCount(int32_t& c) : count(c) { ++count; }
-    ~RunningCount() { --count; }
-  } running(m_Running);
+  const ScopedCount<int32_t> running(m_Running);
+  const CREFString text = ViewOfString(textObject);
   // The program reads its own copy of the text: the object need not be held to run it.
-  if (m_Program.IsFor(ViewOfString(textObject)) && m_Program.IsCompiled()) return m_Program.Run(parameters);
+  if (m_Program.IsFor(text) && m_Program.IsCompiled()) return m_Program.Run(parameters);
   // Held while the text is scanned: a callee may replace the expression's text meanwhile.
   const SmartPtr<IString> held(textObject);
-  const CREFString text = ViewOfString(textObject);
   // A text that cannot be compiled, or a program in use further up this thread, is scanned.
   if (m_Program.IsFor(text) || m_Running > 1) return EvaluateFormulaText(text, parameters);
   FormulaProgram program;

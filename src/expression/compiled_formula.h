@@ -22,7 +22,8 @@ class FormulaProgram {
   // Texts longer than this are scanned every time rather than kept twice.
   static constexpr int32_t kLongestCompiledText = 65536;
 
-  // Evaluates `text` as EvaluateFormulaText does and records the program when the text can be compiled.
+  // Evaluates `text` as EvaluateFormulaText does and, on a new program,
+  // records the program when the text can be compiled.
   double Record(tagREFString text, const ParameterReader& parameters);
   // True when the program was recorded from exactly `text`.
   bool IsFor(tagREFString text) const;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "expression/formula_text.h"
+#include "runtime/scoped_count.h"
 #include "strings/conversions.h"
 
 namespace {
@@ -106,11 +107,7 @@ double FormulaScanner::Variable(CREFString& text) {
   if (text.IsEmpty()) return OperandRead(OperandKind::kMissing, text, 0);
   // Past the nesting bound the operand is 0 and nothing is consumed.
   if (m_Depth >= kMaxOperandDepth) return OperandRead(OperandKind::kTooDeep, text, 0);
-  struct DepthGuard {
-    int32_t& depth;
-    explicit DepthGuard(int32_t& d) : depth(d) { ++depth; }
-    ~DepthGuard() { --depth; }
-  } guard(m_Depth);
+  const ScopedCount<int32_t> depth(m_Depth);
 
   if (text.text[0] == L'(') {
     ++text.text;

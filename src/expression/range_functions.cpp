@@ -4,6 +4,7 @@
 
 #include "expression/formula_scanner.h"
 #include "expression/formula_text.h"
+#include "runtime/scoped_count.h"
 #include "strings/conversions.h"
 
 namespace {
@@ -15,11 +16,6 @@ using namespace function_code;
 // range function gives 0, which ends such a cycle.
 std::atomic<int32_t> gSpreadSheetDepth{0};
 constexpr int32_t kMaxSpreadSheetDepth = 3;
-
-struct DepthCount {
-  DepthCount() { gSpreadSheetDepth.fetch_add(1); }
-  ~DepthCount() { gSpreadSheetDepth.fetch_sub(1); }
-};
 
 // The range text: inside the parentheses that follow, or the whole rest of the text.
 CREFString TakeRangeText(CREFString& rest) {
@@ -44,7 +40,7 @@ double FormulaScanner::RangeFunction(int32_t code, CREFString& rest) {
   SmartPtr<IUISpreadSheet> sheet = QueryAs<IUISpreadSheet>(m_Parameters.Parameters());
   if (!sheet) return ListFunction(kSum, rest);
   if (gSpreadSheetDepth.load() >= kMaxSpreadSheetDepth) return 0;
-  DepthCount depth;
+  const ScopedCount<std::atomic<int32_t>> depth(gSpreadSheetDepth);
   SmartPtr<IString> rangeText = SmartPtr<IString>::Adopt(ISCreate(TakeRangeText(rest)));
   int32_t first = 0, last = 0;
   if (!rangeText || FAILED(sheet->GetRange(rangeText.get(), &first, &last))) return 0;
